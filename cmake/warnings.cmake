@@ -1,0 +1,23 @@
+# Warnings are errors, in our own code: system headers are not ours to mend.
+add_library(kvvesk_warnings INTERFACE)
+target_compile_options(
+  kvvesk_warnings
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wshadow=local
+            -Wconversion
+            -Wsign-conversion
+            -Wold-style-cast
+            -Wnon-virtual-dtor
+            -Woverloaded-virtual
+            -Wnull-dereference
+            -Wswitch-enum
+            -Werror
+            # Designated initializers name what they set; the rest is meant to have its default.
+            -Wno-missing-field-initializers
+            $<$<CXX_COMPILER_ID:GNU>:-Wno-null-dereference>)
+if(KVVESK_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
