@@ -1,0 +1,12 @@
+#include "kvdata/jet/dialect.h"
+
+#include "common/error.h"
+
+namespace kv::jet {
+
+const Dialect& dialectNamed(std::string_view name) {
+  if (name == "sqlite") return sqliteDialect();
+  raise(kInvalidCall, name);
+}
+
+}  // namespace kv::jet
