@@ -1,0 +1,111 @@
+#include "kvdata/engine/sqlite/sqlite_file.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "common/error.h"
+#include "kvdata/engine/sqlite/sqlite_engine.h"
+
+namespace kv::engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path pathOf(const std::string& path) {
+  return {reinterpret_cast<const char8_t*>(path.c_str())};
+}
+
+[[noreturn]] void refuse(const std::string& path, std::string_view why) {
+  throw Error(kEngineFailure, "kvData", fmt::format("{} '{}'", why, path));
+}
+
+bool writable(const fs::path& path) {
+#ifdef _WIN32
+  return _waccess(path.c_str(), 2) == 0;
+#else
+  return access(path.c_str(), W_OK) == 0;
+#endif
+}
+
+// The formats by the byte behind "Standard Jet DB" or "Standard ACE DB".
+std::string_view accessFormat(unsigned char version) {
+  switch (version) {
+    case 0: return "Access 97 or older (Jet 3)";
+    case 1: return "Access 2000 to 2003 (Jet 4)";
+    case 2: return "Access 2007 (ACE 12)";
+    default: return "Access 2010 or newer (ACE 14)";
+  }
+}
+
+}  // namespace
+
+void requireRegister(const std::string& path) {
+  std::error_code problem;
+  const auto status = fs::status(pathOf(path), problem);
+  if (!fs::exists(status)) refuse(path, "There is no such file:");
+  if (!fs::is_regular_file(status)) refuse(path, "This is not a file:");
+  std::ifstream in(pathOf(path), std::ios::binary);
+  std::array<char, 100> header{};
+  in.read(header.data(), header.size());
+  if (!in.is_open()) refuse(path, "The file could not be opened for reading:");
+  const std::string_view bytes(header.data(), static_cast<std::size_t>(in.gcount()));
+  const std::string_view name = bytes.size() > 20 ? bytes.substr(4, 15) : std::string_view{};
+  if (name == "Standard Jet DB" || name == "Standard ACE DB")
+    refuse(path, fmt::format("This is an Access database file, {}, not a register:",
+                             accessFormat(static_cast<unsigned char>(bytes[20]))));
+  if (!bytes.starts_with(std::string_view("SQLite format 3\0", 16)) || bytes.size() < header.size())
+    refuse(path, "The file is not a register:");
+  constexpr std::size_t kMarkAt = 68;  // SQLite's application id, most significant byte first
+  unsigned mark = 0;
+  for (std::size_t i = 0; i < 4; ++i)
+    mark = (mark << 8U) | static_cast<unsigned char>(bytes[kMarkAt + i]);
+  if (mark != static_cast<unsigned>(kRegisterMark))
+    refuse(path, "The file is an SQLite database, but not a register:");
+}
+
+void requireNothing(const std::string& path) {
+  std::error_code problem;
+  if (fs::exists(fs::symlink_status(pathOf(path), problem)))
+    refuse(path, "There is already something of this name:");
+}
+
+void removeFiles(const std::string& path) noexcept {
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    std::error_code problem;
+    fs::remove(pathOf(path + suffix), problem);
+  }
+}
+
+FileAccess accessTo(const std::string& path) {
+  const fs::path file = pathOf(path);
+  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+  if (writable(folder)) return writable(file) ? FileAccess::ReadWrite : FileAccess::ReadOnly;
+  // With the log's files in place a reader needs no new ones.
+  std::error_code problem;
+  if (fs::exists(pathOf(path + "-wal"), problem) && fs::exists(pathOf(path + "-shm"), problem))
+    return FileAccess::ReadOnly;
+  return FileAccess::Unchanging;
+}
+
+std::string fileMark(const std::string& path) {
+  std::error_code problem;
+  const auto file = pathOf(path);
+  const auto size = fs::file_size(file, problem);
+  const auto time = fs::last_write_time(file, problem).time_since_epoch().count();
+  const bool log = fs::exists(pathOf(path + "-wal"), problem);
+  return fmt::format("{} {} {}", size, time, log);
+}
+
+}  // namespace kv::engine
