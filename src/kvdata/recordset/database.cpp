@@ -1,0 +1,189 @@
+#include "kvdata/recordset/database.h"
+
+#include <utility>
+
+#include "common/error.h"
+#include "kvdata/jet/binder.h"
+#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/parser.h"
+
+namespace kv {
+
+Database::Database(std::unique_ptr<engine::Engine> engine, std::shared_ptr<const Catalog> catalog)
+    : engine_(std::move(engine)),
+      catalog_(std::move(catalog)),
+      dialect_(&jet::dialectNamed(engine_->dialect())) {}
+
+Database::~Database() { close(); }
+
+void Database::renew(std::shared_ptr<const Catalog> catalog) {
+  forgetStatements();
+  catalog_ = std::move(catalog);
+  wrote();
+}
+
+void Database::forgetStatements() noexcept {
+  for (auto& entry : shapes_) {
+    entry.shape->whole.reset();
+    entry.shape->keys.reset();
+    entry.shape->head.reset();
+    entry.shape->rows.reset();
+  }
+  byKey_.clear();
+  shapes_.clear();
+  byRowSql_.clear();
+  rowStatements_.clear();
+}
+
+// Statements go before the engine they belong to.
+void Database::close() noexcept {
+  forgetStatements();
+  if (engine_) engine_->rollback();
+  engine_.reset();
+}
+
+engine::Engine& Database::engine() {
+  if (!engine_) raise(kNoConnection);
+  return *engine_;
+}
+
+PreparedStatement Database::prepare(std::string_view text) {
+  (void)engine();
+  jet::lex(text, lexed_);
+  PreparedStatement out;
+  const auto known = lexed_.lifted ? byKey_.find(lexed_.shape) : byKey_.end();
+  if (known != byKey_.end()) {
+    if (known->second != shapes_.begin())
+      shapes_.splice(shapes_.begin(), shapes_, known->second);
+    out.shape = known->second->shape;
+  } else {
+    out.shape = makeShape(text, lexed_);
+    if (lexed_.lifted) {
+      shapes_.push_front({lexed_.shape, out.shape});
+      byKey_.emplace(shapes_.front().key, shapes_.begin());
+      if (shapes_.size() > kMostShapes) {
+        byKey_.erase(shapes_.back().key);
+        shapes_.pop_back();
+      }
+    }
+  }
+  out.literals = std::move(lexed_.literals);
+  out.text = text;
+  return out;
+}
+
+std::shared_ptr<StatementShape> Database::makeShape(std::string_view text, const jet::Lexed& lexed) {
+  auto shape = std::make_shared<StatementShape>();
+  shape->catalog = catalog_;
+  shape->bound = jet::bind(jet::parse(text, lexed), text, lexed.literals, *catalog_);
+  shape->emitted = jet::emit(shape->bound, lexed.literals, lexed.lifted, dialect());
+  if (shape->bound.select)
+    for (const auto& output : shape->bound.select->outputs) shape->types.push_back(output.type);
+  return shape;
+}
+
+engine::Statement& Database::ready(const PreparedStatement& statement,
+                                   std::unique_ptr<engine::Statement>& slot,
+                                   const jet::SqlText& text) {
+  auto& open = engine();
+  if (!slot) slot = open.prepare(text.text);
+  int number = text.firstParam;
+  for (const auto& use : text.params)
+    slot->bind(number++, jet::boundValue(use, statement.literals, statement.text));
+  return *slot;
+}
+
+engine::Statement& Database::rowStatement(const std::string& sql) {
+  auto& open = engine();
+  const auto known = byRowSql_.find(sql);
+  if (known != byRowSql_.end()) {
+    rowStatements_.splice(rowStatements_.begin(), rowStatements_, known->second);
+    return *known->second->statement;
+  }
+  rowStatements_.push_front({sql, open.prepare(sql)});
+  byRowSql_.emplace(rowStatements_.front().sql, rowStatements_.begin());
+  if (rowStatements_.size() > kMostRowStatements) {
+    byRowSql_.erase(rowStatements_.back().sql);
+    rowStatements_.pop_back();
+  }
+  return *rowStatements_.front().statement;
+}
+
+std::int64_t Database::execute(const PreparedStatement& statement) {
+  if (statement.isSelect()) return 0;
+  auto& shape = *statement.shape;
+  auto& run = ready(statement, shape.whole, shape.emitted.whole);
+  // Whatever becomes of it: a failed statement may have ended the transaction it ran in.
+  wrote();
+  return run.run();
+}
+
+std::int64_t Database::execute(std::string_view text) { return execute(prepare(text)); }
+
+// ---- Transaction ----
+
+Transaction::Transaction(Database& database, engine::Access access)
+    : database_(database), level_(static_cast<int>(database.levels_.size())) {
+  auto& engine = database_.engine();
+  const bool open = database_.opener_ >= 0;
+  const bool openForWriting =
+      open && database_.levels_[static_cast<std::size_t>(database_.opener_)] == engine::Access::Write;
+  if (access == engine::Access::Write && open && !openForWriting) {
+    engine.commit();
+    database_.opener_ = -1;
+  }
+  if (database_.opener_ < 0) {
+    engine.begin(access);
+    database_.opener_ = level_;
+    opened_ = true;
+  } else if (access == engine::Access::Write) {
+    engine.savepoint(level_);
+    marked_ = true;
+  }
+  database_.levels_.push_back(access);
+}
+
+Transaction::~Transaction() {
+  if (done_) return;
+  if (!database_.isOpen()) {  // closed under it: the engine has rolled back
+    leave();
+    return;
+  }
+  auto& engine = database_.engine();
+  if (opened_ && database_.opener_ == level_) {
+    engine.rollback();
+    if (database_.levels_[static_cast<std::size_t>(level_)] == engine::Access::Write)
+      database_.wrote();
+  } else if (marked_) {
+    database_.wrote();
+    try {
+      if (engine.inTransaction()) {
+        engine.rollbackTo(level_);
+        engine.release(level_);
+      }
+    } catch (const std::exception&) {
+      engine.rollback();  // a mark that cannot be reached: the whole transaction goes, and commit will say so
+    }
+  }
+  leave();
+}
+
+void Transaction::commit() {
+  auto& engine = database_.engine();
+  if (opened_ && database_.opener_ == level_) {
+    if (!engine.inTransaction())
+      throw Error(kEngineFailure, "kvData", "The transaction was ended by an earlier failure.");
+    engine.commit();
+  } else if (marked_) {
+    engine.release(level_);
+  }
+  done_ = true;
+  leave();
+}
+
+void Transaction::leave() noexcept {
+  if (database_.opener_ == level_) database_.opener_ = -1;
+  database_.levels_.pop_back();
+}
+
+}  // namespace kv

@@ -1,0 +1,145 @@
+// A database that speaks the dialect: an engine with the SQL front end before it. Statements of one shape are lexed,
+// found again and run; only a new shape is parsed, bound, emitted and prepared.
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "kvdata/engine/engine.h"
+#include "kvdata/jet/bound.h"
+#include "kvdata/jet/dialect.h"
+#include "kvdata/jet/emitted.h"
+#include "kvdata/jet/lexer.h"
+
+namespace kv {
+
+// What all statements of one shape share. The engine's statements are prepared when first used.
+struct StatementShape {
+  std::shared_ptr<const Catalog> catalog;
+  jet::BoundStatement bound;
+  jet::Emitted emitted;
+  std::vector<ColumnType> types;  // of the outputs
+  std::unique_ptr<engine::Statement> whole;
+  std::unique_ptr<engine::Statement> keys;
+  std::unique_ptr<engine::Statement> head;
+  std::unique_ptr<engine::Statement> rows;
+  // A set of this shape had more than the head gives; the next one is read by keys from the start.
+  bool large = false;
+};
+
+// One statement: a shape and the literals of this text.
+struct PreparedStatement {
+  std::shared_ptr<StatementShape> shape;
+  std::vector<jet::Literal> literals;
+  std::string text;
+
+  [[nodiscard]] bool isSelect() const noexcept {
+    return shape->bound.statement.kind == jet::StatementKind::Select;
+  }
+};
+
+class Database {
+ public:
+  // `catalog` describes the tables of `engine`'s database, second names of columns included.
+  Database(std::unique_ptr<engine::Engine> engine, std::shared_ptr<const Catalog> catalog);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+  Database(Database&&) = delete;
+  Database& operator=(Database&&) = delete;
+
+  // Raises what the front end raises for text that is no statement of this database.
+  [[nodiscard]] PreparedStatement prepare(std::string_view text);
+
+  // Runs an INSERT, UPDATE or DELETE; returns how many rows it changed.
+  std::int64_t execute(const PreparedStatement& statement);
+  // As above for a text in hand; a SELECT is checked and not run, and gives 0.
+  std::int64_t execute(std::string_view text);
+
+  // The shape's engine statement for `text`, one of its emitted texts kept in `slot`, with the literals bound.
+  engine::Statement& ready(const PreparedStatement& statement,
+                           std::unique_ptr<engine::Statement>& slot, const jet::SqlText& text);
+  // A statement of the emitter's row forms, kept by its text.
+  engine::Statement& rowStatement(const std::string& sql);
+
+  // Takes on another catalog after the tables have changed; every statement is bound anew.
+  void renew(std::shared_ptr<const Catalog> catalog);
+  // Ends the connection. Record sets may live on; what needs the database then raises 3709.
+  void close() noexcept;
+  [[nodiscard]] bool isOpen() const noexcept { return engine_ != nullptr; }
+  // Raises 3709 when closed.
+  [[nodiscard]] engine::Engine& engine();
+  [[nodiscard]] const jet::Dialect& dialect() const noexcept { return *dialect_; }
+  [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const noexcept { return catalog_; }
+
+  // Changes whenever this connection has written something or has undone something: rows read before may be stale.
+  [[nodiscard]] std::uint64_t stamp() const noexcept { return stamp_; }
+  void wrote() noexcept { ++stamp_; }
+
+ private:
+  friend class Transaction;
+
+  static constexpr std::size_t kMostShapes = 256;
+  static constexpr std::size_t kMostRowStatements = 128;
+
+  // Most recently used in front.
+  struct Entry {
+    std::string key;
+    std::shared_ptr<StatementShape> shape;
+  };
+  struct RowEntry {
+    std::string sql;
+    std::unique_ptr<engine::Statement> statement;
+  };
+
+  void forgetStatements() noexcept;
+  std::shared_ptr<StatementShape> makeShape(std::string_view text, const jet::Lexed& lexed);
+
+  std::unique_ptr<engine::Engine> engine_;
+  std::shared_ptr<const Catalog> catalog_;
+  const jet::Dialect* dialect_;
+  std::uint64_t stamp_ = 1;
+  jet::Lexed lexed_;  // reused from call to call
+  std::list<Entry> shapes_;
+  std::unordered_map<std::string_view, std::list<Entry>::iterator> byKey_;
+  std::list<RowEntry> rowStatements_;
+  std::unordered_map<std::string_view, std::list<RowEntry>::iterator> byRowSql_;
+  // Open transactions, outermost first.
+  std::vector<engine::Access> levels_;
+  int opener_ = -1;  // the level that opened the engine's transaction; -1 when none is open
+};
+
+// A transaction, or within one a mark to go back to. What is not committed is undone.
+//
+// Read shares one snapshot among the reads below it, and costs nothing inside another transaction. Write takes the
+// write lock before anything is tested. A Write below a Read ends the Read's snapshot first: a snapshot that
+// somebody has written behind could not be written from, however long one waited.
+class Transaction {
+ public:
+  Transaction(Database& database, engine::Access access);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  Transaction(Transaction&&) = delete;
+  Transaction& operator=(Transaction&&) = delete;
+
+  // Keeps what was done. Raises when the engine could not, in which case nothing is kept.
+  void commit();
+
+ private:
+  void leave() noexcept;
+
+  Database& database_;
+  int level_;
+  bool opened_ = false;  // this one opened the engine's transaction
+  bool marked_ = false;  // this one set a savepoint
+  bool done_ = false;
+};
+
+}  // namespace kv

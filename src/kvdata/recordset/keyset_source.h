@@ -1,0 +1,55 @@
+// Rows by key: the keys of all rows are read when the set opens, the rows themselves when they are visited. No lock is
+// held between.
+#pragma once
+
+#include <memory>
+
+#include "kvdata/recordset/database.h"
+#include "kvdata/recordset/row_source.h"
+
+namespace kv {
+
+class KeysetSource final : public RowSource {
+ public:
+  KeysetSource(std::shared_ptr<Database> database, PreparedStatement statement);
+
+  std::size_t slots() const override { return keys_.size() / perRow_; }
+  void read(std::span<const std::size_t> slots, engine::RowBlock& into) override;
+  std::uint64_t stamp() const override { return database_->stamp(); }
+  bool takeHead(engine::RowBlock& into) override;
+  bool canUpdate() const override { return anyUpdatable_; }
+  bool canAdd() const override { return single_; }
+  bool canDelete() const override { return single_; }
+  RowEdit beginAdd() override;
+  std::size_t add(const RowEdit& edit) override;
+  void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) override;
+  void remove(std::size_t slot) override;
+  void arrange(const std::vector<std::size_t>& order) override;
+  void requery() override;
+
+ private:
+  void load();
+  [[nodiscard]] const jet::BoundSelect& select() const { return *statement_.shape->bound.select; }
+  [[nodiscard]] const TableInfo& tableOf(std::size_t named) const {
+    return *select().scope[static_cast<std::size_t>(select().named[named])].info;
+  }
+  // The edit's values by place in the stored columns of one named table, in the columns' order.
+  struct TableEdit {
+    std::vector<int> columns;
+    std::vector<SqlValue> values;
+  };
+  [[nodiscard]] TableEdit editOf(std::size_t named, const RowEdit& edit) const;
+  void updateTable(std::size_t named, std::int64_t key, const TableEdit& edit,
+                   const engine::RowBlock& original);
+
+  std::shared_ptr<Database> database_;
+  PreparedStatement statement_;
+  std::size_t perRow_;
+  std::vector<std::int64_t> keys_;
+  engine::RowBlock head_;
+  bool hasHead_ = false;
+  bool anyUpdatable_ = false;
+  bool single_ = false;  // exactly one table: rows can be added and deleted
+};
+
+}  // namespace kv

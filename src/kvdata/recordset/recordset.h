@@ -1,0 +1,199 @@
+// Recordset: a cursor over rows with fields by name, movement, editing, find and bookmarks.
+//
+// Membership and order are fixed when the set opens; own additions come at the end. Rows are read when they are
+// visited, in blocks, and a block is thrown away as soon as its connection writes anything. A set holds no lock.
+// Members keep the names that clients of record sets know. Not for use from several threads at once.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/ref.h"
+#include "common/variant.h"
+#include "kvdata/engine/row_block.h"
+#include "kvdata/recordset/constants.h"
+#include "kvdata/recordset/fields.h"
+#include "kvdata/recordset/row_source.h"
+
+namespace kv {
+
+class Database;
+class LocalSource;
+class Comparison;
+struct Criteria;
+struct PreparedStatement;
+
+class Recordset : public Object, public std::enable_shared_from_this<Recordset> {
+  struct Private {};
+
+ public:
+  explicit Recordset(Private) noexcept;
+  ~Recordset() override;
+  Recordset(const Recordset&) = delete;
+  Recordset& operator=(const Recordset&) = delete;
+  Recordset(Recordset&&) = delete;
+  Recordset& operator=(Recordset&&) = delete;
+
+  // A closed set without columns: append fields and open it, and it is free-standing.
+  [[nodiscard]] static Ref<Recordset> create();
+  // A set over a SELECT. For other statements see Connection::OpenRecordset.
+  [[nodiscard]] static Ref<Recordset> open(const std::shared_ptr<Database>& database,
+                                           PreparedStatement statement,
+                                           std::int32_t cursorType = kKeyset,
+                                           std::int32_t lockType = kOptimistic);
+
+  // ---- the object ----
+
+  // Opens a free-standing set. Raises 3705 when open, 3709 when it has no fields.
+  void Open();
+  // Raises 3219 while an edit or addition is pending, and leaves both as they are; 3704 when closed.
+  void Close();
+  [[nodiscard]] std::int32_t State() const noexcept;
+  [[nodiscard]] std::int32_t EditMode() const;
+  [[nodiscard]] std::int32_t CursorType() const noexcept { return cursorType_; }
+  void CursorType(std::int32_t type);  // 3705 when open
+  [[nodiscard]] std::int32_t LockType() const noexcept { return lockType_; }
+  void LockType(std::int32_t type);  // 3705 when open
+  [[nodiscard]] bool Supports(std::int32_t options) const;
+  [[nodiscard]] kv::Fields& Fields() noexcept { return fields_; }
+  [[nodiscard]] Ref<Field> Fields(std::string_view name) const { return fields_(name); }
+  [[nodiscard]] Ref<Field> Fields(const char* name) const { return fields_(name); }
+  [[nodiscard]] Ref<Field> Fields(std::int32_t place) const { return fields_(place); }
+
+  // ---- position ----
+
+  [[nodiscard]] bool Eof() const;
+  [[nodiscard]] bool Bof() const;
+  [[nodiscard]] std::int32_t RecordCount() const;
+  // Every move first saves a pending edit or addition; if that fails, position and edit stay.
+  // Moves past an end stop there; from an end further on, and on an empty set, they raise 3021.
+  void MoveFirst();
+  void MoveLast();
+  void MoveNext();
+  void MovePrevious();
+  // By rows from the current one, or from `Start`: a bookmark, kFromFirst or kFromLast.
+  void Move(std::int32_t NumRecords, const Variant& Start = {});
+  // Goes to the next row (backwards: the previous one) for which `Criteria`, one comparison of a column with a
+  // value, holds, beginning with the current row, `SkipRows` rows further or at `Start`. Without one it stops at
+  // Eof (backwards: Bof) and raises nothing. Text is compared without regard to case. 3001 for anything that is
+  // not one comparison, 3265 for an unknown column.
+  void Find(const std::string& Criteria, std::int32_t SkipRows = 0,
+            std::int32_t Direction = kForward, const Variant& Start = {});
+  // Raises 3021 without a current row, 3001 for something that is no bookmark of this set or its clones.
+  [[nodiscard]] Variant Bookmark() const;
+  void Bookmark(const Variant& bookmark);
+  // The current row's number from 1, or one of the kPosition numbers.
+  [[nodiscard]] std::int32_t AbsolutePosition() const;
+  void AbsolutePosition(std::int32_t position);
+
+  // ---- writing ----
+
+  void AddNew();
+  // Stores what is pending; does nothing, and never fails, when nothing is.
+  void Update();
+  // Drops what is pending; after an addition the row left becomes current again.
+  void CancelUpdate();
+  // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped; during an addition
+  // it raises 3219.
+  void Delete();
+  void Requery();
+
+  // ---- whole sets ----
+
+  // Up to `Rows` rows from the current one or `Start` on, as values[field][row]; moves behind them. `Fields` names
+  // the columns wanted, all when empty. 3021 without a current row.
+  [[nodiscard]] std::vector<std::vector<Variant>> GetRows(
+      std::int32_t Rows = kRestOfRows, const Variant& Start = {},
+      const std::vector<std::string>& Fields = {});
+  // A set over the same rows with a position, an edit, a filter and an order of its own, at its first row.
+  [[nodiscard]] Ref<Recordset> Clone();
+  // Shows only the rows for which the criteria hold: comparisons joined by And and Or, with parentheses. They are
+  // tested when set; rows changed or added later stay visible. Empty text shows all rows again.
+  [[nodiscard]] const std::string& Filter() const noexcept { return filter_; }
+  void Filter(const std::string& criteria);
+  // Puts the rows into the order in which the values of a text column stand in a list, compared without regard to
+  // case; rows whose value is not in it come last, as they were. For the components; Requery forgets it.
+  void arrange(const std::string& column, const std::vector<std::string>& values);
+  // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty text takes the
+  // set's own order again.
+  [[nodiscard]] const std::string& Sort() const noexcept { return sort_; }
+  void Sort(const std::string& columns);
+
+ private:
+  friend class Field;
+  friend class Fields;
+
+  enum class At : std::uint8_t { Bof, Row, Eof };
+  struct Position {
+    At at = At::Eof;
+    std::size_t place = 0;  // in the order shown; meaningful At::Row, where it may be a hole
+  };
+  struct Pending {
+    bool adding = false;
+    RowEdit values;
+    engine::RowBlock original;  // the row as read for this edit; empty when adding
+    Position left;              // where an addition began
+  };
+
+  void attach(std::shared_ptr<RowSource> source);
+  void requireOpen() const;
+  void requireWritable() const;
+  // The place of the current row; raises 3021 where there is none.
+  [[nodiscard]] std::size_t currentPlace() const;
+
+  [[nodiscard]] std::size_t places() const;
+  [[nodiscard]] std::size_t slotAt(std::size_t place) const;
+  [[nodiscard]] bool isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
+  [[nodiscard]] bool isEmpty() const { return RecordCount() == 0; }
+
+  // Steps over holes; false when there is no further row.
+  bool stepForward(Position& position) const;
+  bool stepBackward(Position& position) const;
+  [[nodiscard]] Position first() const;
+  [[nodiscard]] Position last() const;
+  [[nodiscard]] Position startOf(const Variant& start) const;
+  [[nodiscard]] Position placeOfBookmark(const Variant& bookmark) const;
+  [[nodiscard]] Variant bookmarkOf(std::size_t slot) const;
+
+  // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a row that is gone.
+  std::size_t rowAt(std::size_t place);
+  // The same, false for a row that is gone.
+  bool readRow(std::size_t place, std::size_t& row);
+  void loadBlock(std::size_t place);
+
+  void beginEdit();
+  void saveFirst() { Update(); }
+  [[nodiscard]] Variant fieldValue(std::size_t column);
+  [[nodiscard]] Variant originalValue(std::size_t column);
+  [[nodiscard]] std::string_view fieldText(std::size_t column);
+  [[nodiscard]] bool fieldIsNull(std::size_t column);
+  void assign(std::size_t column, const Variant& value);
+  [[nodiscard]] bool holds(const Comparison& comparison, std::size_t place);
+  [[nodiscard]] bool holds(const kv::Criteria& criteria, std::size_t place);
+  void rebuildView();
+
+  kv::Fields fields_;
+  std::shared_ptr<RowSource> source_;
+  std::shared_ptr<LocalSource> local_;  // the columns appended so far, until a free-standing set opens
+  bool open_ = false;
+  std::int32_t cursorType_ = kKeyset;
+  std::int32_t lockType_ = kOptimistic;
+
+  Position position_;
+  std::optional<std::vector<std::size_t>> view_;  // slots in the order shown, under a filter or sort
+  std::string filter_;
+  std::string sort_;
+
+  engine::RowBlock block_;
+  std::size_t blockFirst_ = 0;   // place of its first row
+  std::uint64_t blockStamp_ = 0;
+  std::size_t readAhead_ = 1;    // rows to read the next time
+
+  std::unique_ptr<Pending> pending_;
+  std::string scratch_;  // text of an assigned value, for views of it
+};
+
+}  // namespace kv

@@ -1,0 +1,37 @@
+// Rows without keys (DISTINCT, grouping, constants): read once, when the set opens, and kept.
+#pragma once
+
+#include <memory>
+
+#include "kvdata/recordset/database.h"
+#include "kvdata/recordset/row_source.h"
+
+namespace kv {
+
+class SnapshotSource final : public RowSource {
+ public:
+  SnapshotSource(std::shared_ptr<Database> database, PreparedStatement statement);
+
+  std::size_t slots() const override { return rows_.rows(); }
+  void read(std::span<const std::size_t> slots, engine::RowBlock& into) override;
+  std::uint64_t stamp() const override { return generation(); }
+  bool keyed() const override { return false; }
+  bool canUpdate() const override { return false; }
+  bool canAdd() const override { return false; }
+  bool canDelete() const override { return false; }
+  RowEdit beginAdd() override;
+  std::size_t add(const RowEdit& edit) override;
+  void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) override;
+  void remove(std::size_t slot) override;
+  void arrange(const std::vector<std::size_t>& order) override;
+  void requery() override;
+
+ private:
+  void load();
+
+  std::shared_ptr<Database> database_;
+  PreparedStatement statement_;
+  engine::RowBlock rows_;
+};
+
+}  // namespace kv
