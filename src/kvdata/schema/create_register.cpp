@@ -1,0 +1,78 @@
+#include "kvdata/schema/create_register.h"
+
+#include <fmt/format.h>
+
+#include <random>
+
+#include "kvdata/connection_string.h"
+#include "kvdata/jet/emitter.h"
+#include "kvdata/schema/register_schema.h"
+#include "kvdata/table_value.h"
+
+namespace kv {
+
+namespace {
+
+constexpr int kOwnerRights = 21;
+constexpr int kProgramOptions = 11;
+constexpr int kUserFields = 12;
+
+// Names this register in the actions it sends; two registers must not have the same.
+std::string randomName() {
+  std::random_device device;
+  return fmt::format("{:08X}{:08X}", device(), device());
+}
+
+void firstValues(const std::shared_ptr<Database>& database) {
+  const auto add = [&](const std::string& table, auto fill) {
+    const auto rs = openOwn(database, "Select * From [" + table + "]");
+    rs->AddNew();
+    fill(*rs);
+    rs->Update();
+  };
+  add("VeskConfig", [](Recordset& rs) {
+    rs.Fields("DatabaseVersion")->Value(kLayoutVersion);
+    rs.Fields("Version")->Value(kUserDataVersion);
+    rs.Fields("OwnerRights")->Value(std::string(kOwnerRights, '0'));
+    rs.Fields("ProgramOptions")->Value(std::string(kProgramOptions, '0'));
+    rs.Fields("DBID")->Value(randomName());
+    rs.Fields("Originator")->Value(0);
+    rs.Fields("Document")->Value("Document");
+    rs.Fields("Revision")->Value("Revision");
+  });
+  add("UserConfig", [](Recordset& rs) {
+    for (int n = 0; n < kUserFields; ++n)
+      rs.Fields(fmt::format("TypeUser{:02}", n))->Value(0);
+  });
+  for (const char* table : {"DocumentConfig", "ManualConfig", "RevisionConfig"})
+    add(table, [](Recordset&) {});
+}
+
+}  // namespace
+
+Ref<kvConnection> createRegister(
+    const std::string& ConnectionString,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill) {
+  engine::OpenOptions options = parseConnectionString(ConnectionString);
+  options.create = true;
+  // What is not ours is not ours to discard: an opening that fails has made nothing.
+  auto engine = engine::open(options);
+  try {
+    auto database = std::make_shared<Database>(std::move(engine),
+                                               std::make_shared<const Catalog>(registerTables()));
+    Transaction transaction(*database, engine::Access::Write);
+    for (const auto& table : registerTables())
+      for (const auto& sql : jet::emitCreateTable(table, database->dialect()))
+        database->engine().execute(sql);
+    database->engine().markAsRegister();
+    firstValues(database);
+    if (fill) fill(database);
+    transaction.commit();
+    return makeRef<kvConnection>(ConnectionString, std::move(database));
+  } catch (...) {
+    engine::discard(options);
+    throw;
+  }
+}
+
+}  // namespace kv

@@ -1,0 +1,51 @@
+#include "kvdata/sql_text.h"
+
+#include <algorithm>
+
+#include "common/convert.h"
+#include "common/text.h"
+#include "kvdata/jet/errors.h"
+
+namespace kv {
+
+namespace {
+
+[[noreturn]] void refuse(std::string_view value, std::size_t offset) {
+  jet::fail(kSyntax, jet::kMissingOperator, value, {offset, value.size() - offset});
+}
+
+}  // namespace
+
+std::string inQuotes(std::string_view value) {
+  if (!isStorableText(value)) refuse(value, 0);
+  for (std::size_t at = value.find('\''); at != std::string_view::npos; at = value.find('\'', at)) {
+    const auto end = std::min(value.find_first_not_of('\'', at), value.size());
+    if ((end - at) % 2 != 0) refuse(value, at);
+    at = end;
+  }
+  return std::string(value);
+}
+
+std::string asNumber(std::string_view value) {
+  const bool plain = value.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
+  if (!plain || !parseNumber(value)) refuse(value, 0);
+  return std::string(value);
+}
+
+std::string asColumnName(std::string_view value) {
+  if (value.size() > 2 && value.front() == '[' && value.back() == ']') {
+    const auto inside = value.substr(1, value.size() - 2);
+    if (!isStorableText(inside) || inside.find_first_of("[]") != std::string_view::npos)
+      refuse(value, 0);
+    return std::string(value);
+  }
+  const bool plain = !value.empty() && !isDigit(value.front()) && isStorableText(value) &&
+                     std::all_of(value.begin(), value.end(), [](char c) {
+                       return isAsciiLetter(c) || isDigit(c) || c == '_' ||
+                              static_cast<unsigned char>(c) >= 0x80;
+                     });
+  if (!plain) refuse(value, 0);
+  return std::string(value);
+}
+
+}  // namespace kv
