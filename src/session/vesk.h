@@ -1,0 +1,76 @@
+// clsVesk: the root object, and the only one a client creates. It owns one session: the data server with connection and
+// profile, the user component, and the objects through which clients reach documents, manuals, users and revisions.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "common/ref.h"
+#include "common/variant.h"
+#include "documents/document.h"
+#include "kvdata/data_server.h"
+#include "kvuser/main_user.h"
+#include "manuals/manual.h"
+#include "revisions/revision.h"
+#include "users/user.h"
+
+namespace kv {
+
+class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
+  struct Private {};
+
+ public:
+  // A root object with its children, unconnected. Root and children hold each other: without CloseSession they stay in
+  // memory. `cost` is what verifying a password costs; only tests have a reason to change it.
+  [[nodiscard]] static Ref<clsVesk> create(PasswordCost cost = {});
+  explicit clsVesk(Private) noexcept {}
+  ~clsVesk() override;
+  clsVesk(const clsVesk&) = delete;
+  clsVesk& operator=(const clsVesk&) = delete;
+  clsVesk(clsVesk&&) = delete;
+  clsVesk& operator=(clsVesk&&) = delete;
+
+  // Empty after CloseSession; DataServer also after a version check that failed.
+  [[nodiscard]] const Ref<clsVeskDocument>& Document() const noexcept { return document_; }
+  [[nodiscard]] const Ref<clsVeskManual>& Manual() const noexcept { return manual_; }
+  [[nodiscard]] const Ref<kvUser>& MainUser() const noexcept { return mainUser_; }
+  [[nodiscard]] const Ref<clsVeskUser>& User() const noexcept { return user_; }
+  [[nodiscard]] const Ref<kvDataServer>& DataServer() const noexcept { return dataServer_; }
+  [[nodiscard]] const Ref<clsVeskRevision>& Revision() const noexcept { return revision_; }
+
+  // The library's version: "major.minor", with the flag "major.minor.revision".
+  [[nodiscard]] std::string Version(bool bIncludeRevisionLevel) const;
+
+  // Closes the connection for all who share it and lets go of the six objects. The object is then spent: operations
+  // that reach for one of them raise 91, and so does a second CloseSession.
+  void CloseSession();
+
+  // Opens the register and the children's data servers on it. Success shows in that nothing is raised; the result is
+  // False all the same, and clients rely on that. Raises 2501, 2502, 2503 for versions that do not go together.
+  bool OpenConnection(const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
+
+  // Logs a user in, opening the connection first when none is open. Raises 2505 without anything to open, 2506 for a
+  // name and password that do not belong together; the connection then stays open. The result is always Empty.
+  Variant Login(const std::string& UserName, const std::string& Password,
+                const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
+
+  // Opens an updatable record set over a SELECT.
+  [[nodiscard]] Ref<Recordset> GetRecordset(const std::string& cSQL);
+
+  // Executes a statement; returns how many rows it changed. Options is accepted and has no effect.
+  std::int32_t Execute(const std::string& cSQL, std::int32_t Options = 1);
+
+ private:
+  void requireVersions();
+  void openUsers();
+
+  Ref<kvDataServer> dataServer_;
+  Ref<clsVeskDocument> document_;
+  Ref<clsVeskManual> manual_;
+  Ref<kvUser> mainUser_;
+  Ref<clsVeskUser> user_;
+  Ref<clsVeskRevision> revision_;
+};
+
+}  // namespace kv

@@ -1,0 +1,28 @@
+// What the root object raises: codes, sources and texts in one table.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace kv {
+
+struct LibraryError {
+  std::int32_t code;  // added to kErrorBase
+  std::string_view source;
+  std::string_view description;
+};
+
+// The two about the layout are followed directly by the version this library is made for.
+inline constexpr LibraryError kLayoutTooOld{
+    2501, "OpenConnection", "The Vesk Database needs to be converted to version: "};
+inline constexpr LibraryError kLayoutTooNew{2502, "OpenConnection",
+                                            "Vesk needs to be updated to use this database."};
+inline constexpr LibraryError kUserDataTooOld{2503, "OpenConnection",
+                                              "The user/action datasource needs to be converted."};
+inline constexpr LibraryError kUnconnected{2505, "Login", "Vesk is unconnected to datasource"};
+inline constexpr LibraryError kWrongPassword{2506, "Login", "UserName or Password is incorrect"};
+
+// Raises it; `more` follows the description directly.
+[[noreturn]] void raise(const LibraryError& error, std::string_view more = {});
+
+}  // namespace kv
