@@ -1,0 +1,29 @@
+#include "cli/verbs.h"
+
+namespace kv::cli {
+
+void addCommon(CLI::App& verb, Options& options) {
+  verb.add_option("register", options.registerPath, "The register: a file's path")->required();
+  verb.add_option("-u,--user", options.user,
+                  "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
+      ->required();
+  verb.add_option("--trace", options.trace,
+                  "Append every statement that runs to this file, one per line");
+}
+
+void addFormats(CLI::App& verb, Options& options, bool lines) {
+  const auto format = [&](const char* name, const char* help, Format value) {
+    return verb.add_flag_callback(name, [&options, value] { options.format = value; }, help);
+  };
+  auto* csv = format("--csv", "Comma-separated values with a heading", Format::Csv);
+  auto* json = format("--json", "One JSON object per statement", Format::Json);
+  csv->excludes(json);
+  if (!lines) return;
+  auto* jsonl = format("--jsonl",
+                       "One JSON object per statement and line; goes on after an error",
+                       Format::JsonLines);
+  jsonl->excludes(csv);
+  jsonl->excludes(json);
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,52 @@
+// kvvesk: a controlled-document register from the shell.
+
+#include <fmt/format.h>
+
+#include <iostream>
+
+#include "cli/terminal.h"
+#include "cli/verbs.h"
+#include "common/error.h"
+#include "session/version.h"
+
+namespace {
+
+int run(int argc, char** argv) {
+  CLI::App app{
+      "Keeps a controlled-document register: documents, revisions, manuals, users and who holds what.",
+      "kvvesk"};
+  app.set_version_flag("--version", fmt::format("kvvesk {}.{}.{}", kv::kVersionMajor,
+                                                kv::kVersionMinor, kv::kVersionRevision));
+  app.require_subcommand(1);
+  app.footer("The register's answers go to standard output, everything else to standard error.\n"
+             "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
+  kv::cli::Action chosen;
+  kv::cli::addNew(app, chosen);
+  kv::cli::addPasswd(app, chosen);
+  kv::cli::addConfig(app, chosen);
+  kv::cli::addImport(app, chosen);
+  kv::cli::addSql(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e) == 0 ? kv::cli::kDone : kv::cli::kUsage;
+  }
+  return chosen();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const kv::cli::UsageError& e) {
+    std::cerr << "kvvesk: " << e.what() << '\n';
+    return kv::cli::kUsage;
+  } catch (const kv::Error& e) {
+    std::cerr << fmt::format("error {} ({}): {}\n", e.number(), e.source(), e.description());
+    return kv::cli::kRefused;
+  } catch (const std::exception& e) {
+    std::cerr << "kvvesk: " << e.what() << '\n';
+    return kv::cli::kRefused;
+  }
+}

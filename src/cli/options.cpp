@@ -1,0 +1,48 @@
+#include "cli/options.h"
+
+#include "cli/terminal.h"
+#include "common/error.h"
+
+namespace kv::cli {
+
+namespace {
+
+[[noreturn]] void deny(const std::string& why) {
+  throw Error(kPermission, "kvvesk", std::string(wellKnownText(kPermission)) + ": " + why);
+}
+
+}  // namespace
+
+Session::Session(const Options& options) : vesk_(clsVesk::create()) {
+  try {
+    const std::string password =
+        passwordFor("KVVESK_PASSWORD", "Password of " + options.user + ": ");
+    vesk_->OpenConnection("Data Source=" + quotedValue(options.registerPath));
+    const auto connection = vesk_->DataServer()->Connection();
+    if (!options.trace.empty()) vesk_->DataServer()->StatementLog(options.trace);
+    interruptOnSignal(connection);
+    vesk_->Login(options.user, password);
+  } catch (...) {
+    interruptOnSignal(nullptr);
+    if (vesk_->DataServer()) vesk_->CloseSession();
+    throw;
+  }
+}
+
+Session::~Session() {
+  interruptOnSignal(nullptr);
+  try {
+    vesk_->CloseSession();
+  } catch (const std::exception&) {  // nothing more can be done about it here
+  }
+}
+
+void Session::requireAdministrator(const std::string& why) const {
+  if (profile()->Administrator() != -1) deny(why);
+}
+
+void Session::requireRight(std::int16_t right, const std::string& description) const {
+  if (!profile()->HasRight(right)) deny(description);
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,47 @@
+// What the command line says, common to all verbs.
+#pragma once
+
+#include <string>
+
+#include "common/ref.h"
+#include "session/vesk.h"
+
+namespace kv::cli {
+
+// How the program ends.
+inline constexpr int kDone = 0;
+inline constexpr int kRefused = 1;  // the register said no
+inline constexpr int kUsage = 2;    // the command line makes no sense
+
+enum class Format { Table, Csv, Json, JsonLines };
+
+struct Options {
+  std::string registerPath;
+  std::string user;
+  std::string trace;
+  Format format = Format::Table;
+};
+
+// An open, logged-in session that is closed at the end of its scope.
+class Session {
+ public:
+  // Opens and logs in as options.user; the password comes from KVVESK_PASSWORD or the terminal.
+  explicit Session(const Options& options);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  Session(Session&&) = delete;
+  Session& operator=(Session&&) = delete;
+
+  clsVesk* operator->() const { return vesk_.get(); }
+  [[nodiscard]] const Ref<kvProfile>& profile() const { return vesk_->DataServer()->Profile(); }
+  // Raises 70 with the reason when the user is no administrator.
+  void requireAdministrator(const std::string& why) const;
+  // Raises 70 with the right's description when the user does not hold it.
+  void requireRight(std::int16_t right, const std::string& description) const;
+
+ private:
+  Ref<clsVesk> vesk_;
+};
+
+}  // namespace kv::cli

@@ -1,0 +1,187 @@
+#include "cli/output.h"
+
+#include <csv.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "common/convert.h"
+#include "common/text.h"
+
+namespace kv::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json jsonOf(const Variant& value) {
+  switch (value.kind()) {
+    case VariantKind::Empty:
+    case VariantKind::Null: return nullptr;
+    case VariantKind::Int16: return *value.as<std::int16_t>();
+    case VariantKind::Int32: return *value.as<std::int32_t>();
+    case VariantKind::Boolean: return *value.as<bool>();
+    // The digits a single has, not the ones it gains as a double.
+    case VariantKind::Single: return std::strtod(numberText(*value.as<float>()).c_str(), nullptr);
+    case VariantKind::Double: return *value.as<double>();
+    case VariantKind::Date:
+    case VariantKind::String:
+    case VariantKind::Object: break;
+  }
+  return plainText(value);
+}
+
+std::string csvField(const std::string& text) {
+  std::string out(text.size() * 2 + 2, '\0');
+  out.resize(csv_write(out.data(), out.size(), text.data(), text.size()));
+  return out;
+}
+
+bool isRightAligned(std::int32_t type) {
+  return type == kTypeSmallInt || type == kTypeInteger || type == kTypeSingle || type == kTypeDouble;
+}
+
+// One line for a terminal: line breaks shown as a mark, long text cut.
+std::string cellText(const std::string& text) {
+  constexpr std::size_t kWidest = 60;
+  std::string out;
+  for (const char c : text) {
+    if (c == '\n')
+      out += "\xE2\x86\xB5";  // a return arrow
+    else if (c != '\r')
+      out += c;
+  }
+  if (characterCount(out) <= kWidest) return out;
+  return out.substr(0, byteOffset(out, kWidest - 1)) + "\xE2\x80\xA6";  // an ellipsis
+}
+
+void writeAligned(std::ostream& out, const std::vector<std::string>& heading,
+                  const std::vector<std::vector<std::string>>& rows, const std::vector<bool>& right) {
+  std::vector<std::size_t> widths;
+  for (const auto& name : heading) widths.push_back(characterCount(name));
+  for (const auto& row : rows)
+    for (std::size_t i = 0; i < row.size(); ++i)
+      widths[i] = std::max(widths[i], characterCount(row[i]));
+  const auto line = [&](const std::vector<std::string>& cells) {
+    std::string text;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      const std::string pad(widths[i] - characterCount(cells[i]), ' ');
+      if (i > 0) text += "  ";
+      text += right[i] ? pad + cells[i] : cells[i] + pad;
+    }
+    text.erase(text.find_last_not_of(' ') + 1);
+    out << text << '\n';
+  };
+  line(heading);
+  std::vector<std::string> rule;
+  for (const auto width : widths) rule.emplace_back(width, '-');
+  line(rule);
+  for (const auto& row : rows) line(row);
+}
+
+template <class Row>
+void eachRow(Recordset& rs, Row row) {
+  std::vector<Ref<Field>> fields;
+  for (std::int32_t i = 0; i < rs.Fields().Count(); ++i) fields.push_back(rs.Fields(i));
+  if (rs.RecordCount() > 0) rs.MoveFirst();
+  for (; !rs.Eof(); rs.MoveNext()) row(fields);
+}
+
+}  // namespace
+
+std::string plainText(const Variant& value) {
+  switch (value.kind()) {
+    case VariantKind::Null: return {};
+    case VariantKind::Boolean: return *value.as<bool>() ? "true" : "false";
+    case VariantKind::Date: return isoText(*value.as<Date>());
+    case VariantKind::Empty:
+    case VariantKind::Int16:
+    case VariantKind::Int32:
+    case VariantKind::Single:
+    case VariantKind::Double:
+    case VariantKind::String:
+    case VariantKind::Object: break;
+  }
+  return toText(value);
+}
+
+void writeRows(std::ostream& out, Recordset& rs, Format format) {
+  std::vector<std::string> names;
+  std::vector<bool> right;
+  for (std::int32_t i = 0; i < rs.Fields().Count(); ++i) {
+    names.push_back(rs.Fields(i)->Name());
+    right.push_back(isRightAligned(rs.Fields(i)->Type()));
+  }
+  switch (format) {
+    case Format::Json:
+    case Format::JsonLines: {
+      // Row by row, so that a large result needs no large memory.
+      const bool lines = format == Format::JsonLines;
+      out << (lines ? "{\"columns\":" : "{\n  \"columns\": ") << Json(names).dump()
+          << (lines ? ",\"rows\":[" : ",\n  \"rows\": [");
+      bool first = true;
+      eachRow(rs, [&](const auto& fields) {
+        Json row = Json::array();
+        for (const auto& field : fields) row.push_back(jsonOf(field->Value()));
+        out << (first ? "" : ",") << (lines ? "" : "\n    ") << row.dump();
+        first = false;
+      });
+      out << (lines ? "]}\n" : first ? "]\n}\n" : "\n  ]\n}\n");
+      return;
+    }
+    case Format::Csv: {
+      const auto line = [&](const std::vector<std::string>& cells) {
+        for (std::size_t i = 0; i < cells.size(); ++i) out << (i > 0 ? "," : "") << cells[i];
+        out << "\r\n";
+      };
+      std::vector<std::string> cells;
+      for (const auto& name : names) cells.push_back(csvField(name));
+      line(cells);
+      eachRow(rs, [&](const auto& fields) {
+        cells.clear();
+        for (const auto& field : fields) {
+          const Variant value = field->Value();
+          // Nothing for Null, an empty pair of quotes for an empty text.
+          cells.push_back(value.isNull() ? std::string()
+                          : value.isText() ? csvField(*value.template as<std::string>())
+                                           : plainText(value));
+        }
+        line(cells);
+      });
+      return;
+    }
+    case Format::Table: {
+      std::vector<std::vector<std::string>> rows;
+      eachRow(rs, [&](const auto& fields) {
+        auto& row = rows.emplace_back();
+        for (const auto& field : fields) row.push_back(cellText(plainText(field->Value())));
+      });
+      writeAligned(out, names, rows, right);
+      out << '(' << rows.size() << (rows.size() == 1 ? " row)\n" : " rows)\n");
+      return;
+    }
+  }
+}
+
+void writeAffected(std::ostream& out, std::int64_t affected, Format format) {
+  if (format == Format::Json || format == Format::JsonLines)
+    out << "{\"affected\":" << affected << "}\n";
+  else
+    out << affected << (affected == 1 ? " row changed\n" : " rows changed\n");
+}
+
+void writeErrorLine(std::ostream& out, const Error& error) {
+  const Json json = {{"error",
+                      {{"number", error.number()},
+                       {"source", error.source()},
+                       {"description", error.description()}}}};
+  out << json.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+void writeTable(std::ostream& out, const std::vector<std::string>& heading,
+                const std::vector<std::vector<std::string>>& rows) {
+  writeAligned(out, heading, rows, std::vector<bool>(heading.size(), false));
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,67 @@
+#include <iostream>
+
+#include "cli/output.h"
+#include "cli/verbs.h"
+#include "common/error.h"
+#include "common/text.h"
+#include "kvdata/table_value.h"
+
+namespace kv::cli {
+
+namespace {
+
+constexpr const char* kTable = "VeskConfig";
+
+// These say what the file is; changing them changes nothing but whether it can be opened.
+bool isVersion(const std::string& key) {
+  return equalNoCase(key, "DatabaseVersion") || equalNoCase(key, "Version");
+}
+
+int show(const Session& session, const Options& options, const std::string& key) {
+  const auto& database = session->DataServer()->Connection()->database();
+  const std::string what = key.empty() ? "*" : "[" + columnOf(*database, kTable, key) + "]";
+  const auto rs = openOwn(database, "Select " + what + " From " + kTable, kReadOnly);
+  if (options.format != Format::Table) {
+    writeRows(std::cout, *rs, options.format);
+    return kDone;
+  }
+  if (!key.empty()) {
+    std::cout << plainText(rs->Fields(0)->Value()) << '\n';
+    return kDone;
+  }
+  std::vector<std::vector<std::string>> rows;
+  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i)
+    rows.push_back({rs->Fields(i)->Name(), plainText(rs->Fields(i)->Value())});
+  writeTable(std::cout, {"Key", "Value"}, rows);
+  return kDone;
+}
+
+int config(const Options& options, const std::string& key, const std::string* value) {
+  const Session session(options);
+  if (value == nullptr) return show(session, options, key);
+  session.requireAdministrator("only administrators may set configuration values");
+  if (isVersion(key))
+    throw Error(kPermission, "kvvesk", "The version of a register is not a setting.");
+  session->DataServer()->Config()->Store(key, value->empty() ? Variant(Null) : Variant(*value));
+  std::cout << key << " = " << plainText(session->DataServer()->Config()->Value(key)) << '\n';
+  return kDone;
+}
+
+}  // namespace
+
+void addConfig(CLI::App& app, Action& chosen) {
+  auto* verb = app.add_subcommand("config", "Show configuration values, or set one");
+  const auto options = std::make_shared<Options>();
+  const auto key = std::make_shared<std::string>();
+  const auto value = std::make_shared<std::string>();
+  addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
+  verb->add_option("key", *key, "The value to show or set; all of them when left out");
+  auto* given = verb->add_option("value", *value, "The new value; empty for none");
+  verb->callback([&chosen, options, key, value, given] {
+    const bool set = given->count() > 0;
+    chosen = [options, key, value, set] { return config(*options, *key, set ? value.get() : nullptr); };
+  });
+}
+
+}  // namespace kv::cli

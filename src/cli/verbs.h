@@ -1,0 +1,25 @@
+// The program's verbs. Each adds itself to the command line and, when chosen, runs and returns how the program ends.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "cli/options.h"
+
+namespace kv::cli {
+
+// Set by the verb that was chosen.
+using Action = std::function<int()>;
+
+void addNew(CLI::App& app, Action& chosen);
+void addPasswd(CLI::App& app, Action& chosen);
+void addConfig(CLI::App& app, Action& chosen);
+void addImport(CLI::App& app, Action& chosen);
+void addSql(CLI::App& app, Action& chosen);
+
+// REGISTER, --user and --trace, which every verb has.
+void addCommon(CLI::App& verb, Options& options);
+// --csv, --json and, where it makes sense, --jsonl.
+void addFormats(CLI::App& verb, Options& options, bool lines);
+
+}  // namespace kv::cli
