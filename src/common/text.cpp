@@ -19,19 +19,22 @@ std::string asciiLowered(std::string_view text) {
 }
 
 bool equalNoCase(std::string_view a, std::string_view b) {
-  if (a.size() == b.size()) {
-    bool same = true;
-    bool ascii = true;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      ascii = ascii && (static_cast<unsigned char>(a[i]) | static_cast<unsigned char>(b[i])) < 0x80;
-      same = same && asciiLower(a[i]) == asciiLower(b[i]);
-    }
-    if (same || ascii) return same;
+  const auto shared = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < shared; ++i) {
+    if (static_cast<unsigned char>(a[i] | b[i]) >= 0x80) return foldKey(a) == foldKey(b);
+    if (asciiLower(a[i]) != asciiLower(b[i])) return false;
   }
-  return foldKey(a) == foldKey(b);
+  return a.size() == b.size();
+}
+
+bool isAscii(std::string_view text) noexcept {
+  unsigned char all = 0;
+  for (const char c : text) all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+  return all < 0x80;
 }
 
 bool isStorableText(std::string_view text) noexcept {
+  if (isAscii(text)) return text.find('\0') == std::string_view::npos;
   const auto* p = reinterpret_cast<const unsigned char*>(text.data());
   const auto* const end = p + text.size();
   const auto tail = [&](int count, unsigned char low, unsigned char high) {

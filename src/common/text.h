@@ -23,6 +23,9 @@ namespace kv {
 // Equal without regard to case of any letter.
 [[nodiscard]] bool equalNoCase(std::string_view a, std::string_view b);
 
+// Bytes below 0x80 only.
+[[nodiscard]] bool isAscii(std::string_view text) noexcept;
+
 // Well-formed UTF-8 without U+0000, which one of the engines cannot store.
 [[nodiscard]] bool isStorableText(std::string_view text) noexcept;
 

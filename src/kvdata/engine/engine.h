@@ -41,6 +41,8 @@ class Statement {
 
   // Parameters count from 1 and keep their value until bound again. The statement must not be under way.
   virtual void bind(int parameter, const SqlValue& value) = 0;
+  // Binds a value as it was read.
+  virtual void bindCell(int parameter, const RowBlock& block, std::size_t row, std::size_t column) = 0;
   // The list must live until the statement has ended.
   virtual void bindKeys(int parameter, const KeyList& keys) = 0;
 

@@ -4,6 +4,10 @@ namespace kv::engine {
 
 void RowBlock::reset(std::size_t columns) {
   columns_ = columns;
+  // One row at least without growing step by step.
+  constexpr std::size_t kTextPerColumn = 24;
+  cells_.reserve(columns);
+  bytes_.reserve(columns * kTextPerColumn);
   cells_.clear();
   missing_.clear();
   bytes_.clear();

@@ -65,6 +65,8 @@ class Lexer {
       while (good < text_.size() && isStorableText(text_.substr(0, good + 1))) ++good;
       fail(kSyntax, "The statement is not well-formed UTF-8 text.", text_, {good, 0});
     }
+    // A token and the blank before it never need more room in the shape than twice what they have in the text.
+    out_.shape.resize(text_.size() * 2 + 2);
     while (at_ < text_.size()) {
       const auto k = classOf(text_[at_]);
       switch (k) {
@@ -80,6 +82,7 @@ class Lexer {
       }
     }
     out_.tokens.push_back({TokenKind::End, {}, {text_.size(), 0}, -1});
+    out_.shape.resize(shapeSize_);
     out_.lifted = out_.literals.size() <= kMostLifted;
     if (!out_.lifted) out_.shape.clear();
   }
@@ -167,7 +170,7 @@ class Lexer {
     }
     const auto text = text_.substr(from, at_ - from);
     push(TokenKind::Symbol, from, text);
-    out_.shape += text;
+    append(text);
     lastWord_ = false;
   }
 
@@ -226,9 +229,7 @@ class Lexer {
         inside.find('[') != std::string_view::npos)
       fail(kSyntax, kBadBrackets, text_, {from, at_ - from});
     push(TokenKind::Name, from, inside);
-    out_.shape += '[';
-    out_.shape += inside;
-    out_.shape += ']';
+    append(text_.substr(from, at_ - from));
     lastWord_ = false;
   }
 
@@ -240,8 +241,8 @@ class Lexer {
       keepNext_ = false;
       literal.kept = true;
     } else {
-      constexpr std::array<char, 4> kMarks = {'\x01', '\x02', '\x03', '\x04'};
-      out_.shape += kMarks[static_cast<std::size_t>(literalKind)];
+      constexpr std::string_view kMarks = "\x01\x02\x03\x04";
+      append(kMarks.substr(static_cast<std::size_t>(literalKind), 1));
       lastWord_ = false;
     }
     token.literal = static_cast<int>(out_.literals.size());
@@ -249,13 +250,19 @@ class Lexer {
   }
 
   void add(std::string_view word) {
-    if (lastWord_) out_.shape += ' ';
-    out_.shape += word;
+    if (lastWord_) append(" ");
+    append(word);
     lastWord_ = true;
+  }
+
+  void append(std::string_view piece) {
+    piece.copy(out_.shape.data() + shapeSize_, piece.size());
+    shapeSize_ += piece.size();
   }
 
   std::string_view text_;
   Lexed& out_;
+  std::size_t shapeSize_ = 0;
   std::size_t at_ = 0;
   int depth_ = 0;
   int keepFrom_ = -1;      // the parenthesis depth since which literals stay in the text; -1 for none

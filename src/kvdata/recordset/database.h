@@ -19,12 +19,15 @@
 
 namespace kv {
 
+struct SourceColumn;
+
 // What all statements of one shape share. The engine's statements are prepared when first used.
 struct StatementShape {
   std::shared_ptr<const Catalog> catalog;
   jet::BoundStatement bound;
   jet::Emitted emitted;
   std::vector<ColumnType> types;  // of the outputs
+  std::shared_ptr<const std::vector<SourceColumn>> columns;  // the same for record sets; made when first used
   std::unique_ptr<engine::Statement> whole;
   std::unique_ptr<engine::Statement> keys;
   std::unique_ptr<engine::Statement> head;

@@ -120,8 +120,10 @@ Ref<Field> Fields::operator()(std::string_view name) const {
 Ref<Field> Fields::operator()(std::int32_t place) const {
   if (!owner_->source_ && !owner_->local_) raise(kClosed);
   if (place < 0 || place >= Count()) raise(kNoSuchItem, std::to_string(place));
-  return Ref<Field>(std::shared_ptr<Field>(owner_->shared_from_this(),
-                                           fields_[static_cast<std::size_t>(place)].get()));
+  const auto at = static_cast<std::size_t>(place);
+  if (fields_.size() <= at) fields_.resize(static_cast<std::size_t>(Count()));
+  if (!fields_[at]) fields_[at] = std::make_unique<Field>(*owner_, at);
+  return Ref<Field>(std::shared_ptr<Field>(owner_->shared_from_this(), fields_[at].get()));
 }
 
 void Fields::Append(const std::string& Name, std::int32_t Type, std::int32_t DefinedSize,
@@ -132,7 +134,6 @@ void Fields::Append(const std::string& Name, std::int32_t Type, std::int32_t Def
     if (equalNoCase(column.name, Name)) raise(kNoSuchItem, Name);
   if (type == ColumnType::Text && DefinedSize <= 0) raise(kBadArgument);
   owner_->local_->append({.name = Name, .type = type, .size = type == ColumnType::Text ? DefinedSize : 0});
-  fields_.push_back(std::make_unique<Field>(*owner_, fields_.size()));
 }
 
 }  // namespace kv

@@ -60,7 +60,7 @@ class Fields : public Object {
   friend class Recordset;
 
   Recordset* owner_;
-  std::vector<std::unique_ptr<Field>> fields_;
+  mutable std::vector<std::unique_ptr<Field>> fields_;  // made when first asked for
 };
 
 }  // namespace kv

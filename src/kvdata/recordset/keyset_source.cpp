@@ -5,6 +5,7 @@
 #include "common/convert.h"
 #include "common/error.h"
 #include "kvdata/jet/emitter.h"
+#include "kvdata/recordset/shape_columns.h"
 #include "kvdata/recordset/value.h"
 
 namespace kv {
@@ -24,26 +25,10 @@ KeysetSource::KeysetSource(std::shared_ptr<Database> database, PreparedStatement
     : database_(std::move(database)),
       statement_(std::move(statement)),
       perRow_(statement_.shape->bound.select->named.size()) {
+  columns_ = sharedColumns(*statement_.shape);
   const auto& s = select();
-  for (const auto& output : s.outputs) {
-    SourceColumn column{.name = output.name,
-                        .type = output.type,
-                        .size = output.size,
-                        .updatable = output.table >= 0};
-    if (output.table >= 0) {
-      const auto& t = s.scope[static_cast<std::size_t>(output.table)];
-      const auto& info = t.info->columns[static_cast<std::size_t>(output.column)];
-      column.counter = info.counter;
-      column.updatable = !info.counter;
-      column.nullable = t.optional || (info.type != ColumnType::Boolean && !info.counter);
-      constexpr int kMostColumns = 1024;
-      const int stored =
-          info.stands.empty() ? output.column : static_cast<int>(*t.info->find(info.stands));
-      column.storage = output.table * kMostColumns + stored;
-    }
-    anyUpdatable_ = anyUpdatable_ || column.updatable;
-    columns_.push_back(std::move(column));
-  }
+  anyUpdatable_ = std::any_of(columns_->begin(), columns_->end(),
+                              [](const SourceColumn& column) { return column.updatable; });
   single_ = perRow_ == 1 && (s.scope.size() == 1 || s.rowsOnly);
   load();
 }
@@ -51,7 +36,7 @@ KeysetSource::KeysetSource(std::shared_ptr<Database> database, PreparedStatement
 void KeysetSource::load() {
   auto& shape = *statement_.shape;
   keys_.clear();
-  head_.reset(columns_.size());
+  head_.reset(columns_->size());
   hasHead_ = false;
   if (!shape.large) {
     auto& run = database_->ready(statement_, shape.head, shape.emitted.head);
@@ -73,7 +58,7 @@ bool KeysetSource::takeHead(engine::RowBlock& into) {
   if (!hasHead_) return false;
   std::swap(into, head_);
   hasHead_ = false;
-  head_.reset(columns_.size());
+  head_.reset(columns_->size());
   return true;
 }
 
@@ -87,7 +72,7 @@ void KeysetSource::read(std::span<const std::size_t> slots, engine::RowBlock& in
   const engine::KeyList list{.keys = wanted, .perRow = perRow_};
   auto& run = database_->ready(statement_, shape.rows, shape.emitted.rows);
   run.bindKeys(1, list);
-  into.reset(columns_.size());
+  into.reset(columns_->size());
   std::vector<std::int64_t> found;
   found.reserve(wanted.size());
   run.fetch(into, shape.types, found, perRow_, slots.size() + 1);
@@ -99,9 +84,9 @@ void KeysetSource::read(std::span<const std::size_t> slots, engine::RowBlock& in
 }
 
 RowEdit KeysetSource::beginAdd() {
-  RowEdit edit(columns_.size());
+  RowEdit edit(columns_->size());
   const TableInfo& table = tableOf(0);
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
+  for (std::size_t i = 0; i < columns_->size(); ++i) {
     const auto& output = select().outputs[i];
     if (output.table < 0) continue;
     const auto& column = table.columns[static_cast<std::size_t>(output.column)];
@@ -113,7 +98,7 @@ RowEdit KeysetSource::beginAdd() {
     const SqlValue number = database_->engine().reserveCounter(table, 1);
     transaction.commit();
     database_->wrote();
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
+    for (std::size_t i = 0; i < columns_->size(); ++i) {
       const auto& output = select().outputs[i];
       if (output.table >= 0 &&
           &table.columns[static_cast<std::size_t>(output.column)] == counter)
@@ -179,32 +164,43 @@ void KeysetSource::update(std::size_t slot, const RowEdit& edit, const engine::R
   transaction.commit();
 }
 
-void KeysetSource::updateTable(std::size_t named, std::int64_t key, const TableEdit& edit,
-                               const engine::RowBlock& original) {
+// All columns of the set from this table are checked, as they were read; each once.
+KeysetSource::UpdatePlan KeysetSource::planUpdate(std::size_t named, const std::vector<int>& set) const {
   const TableInfo& table = tableOf(named);
-  // All columns of the set from this table, as they were read; each once.
-  std::vector<int> check;
-  std::vector<SqlValue> asRead;
-  for (std::size_t i = 0; i < columns_.size(); ++i) {
+  UpdatePlan plan{.named = named, .set = set, .check = {}, .sql = {}};
+  std::vector<int> places;
+  for (std::size_t i = 0; i < columns_->size(); ++i) {
     const auto& output = select().outputs[i];
     if (output.table != select().named[named]) continue;
     const auto& shown = table.columns[static_cast<std::size_t>(output.column)];
     const int place =
         shown.stands.empty() ? output.column : static_cast<int>(*table.find(shown.stands));
-    if (shown.counter || std::find(check.begin(), check.end(), place) != check.end()) continue;
-    check.push_back(place);
-    asRead.push_back(original.value(0, i));
-    if (!shown.stands.empty()) {
-      const auto& stored = table.columns[static_cast<std::size_t>(place)];
-      asRead.back() = storedValue(shownValue(asRead.back(), shown.type), stored.type, stored.size);
-    }
+    if (shown.counter || std::find(places.begin(), places.end(), place) != places.end()) continue;
+    places.push_back(place);
+    plan.check.push_back({i, shown.stands.empty() ? -1 : place});
   }
-  auto& run = database_->rowStatement(
-      jet::emitUpdateRow(table, edit.columns, check, database_->dialect()));
+  plan.sql = jet::emitUpdateRow(table, set, places, database_->dialect());
+  return plan;
+}
+
+void KeysetSource::updateTable(std::size_t named, std::int64_t key, const TableEdit& edit,
+                               const engine::RowBlock& original) {
+  const TableInfo& table = tableOf(named);
+  // Loops edit the same columns row after row.
+  if (plan_.named != named || plan_.set != edit.columns || plan_.sql.empty())
+    plan_ = planUpdate(named, edit.columns);
+  auto& run = database_->rowStatement(plan_.sql);
   int number = 1;
   for (const auto& value : edit.values) run.bind(number++, value);
   run.bind(number++, key);
-  for (const auto& value : asRead) run.bind(number++, value);
+  for (const auto& [column, stored] : plan_.check) {
+    if (stored < 0) {
+      run.bindCell(number++, original, 0, column);
+      continue;
+    }
+    const auto& as = table.columns[static_cast<std::size_t>(stored)];
+    run.bind(number++, storedValue(shownValue(original, 0, column, (*columns_)[column].type), as.type, as.size));
+  }
   database_->wrote();
   if (run.run() == 1) return;
   auto& exists = database_->rowStatement(jet::emitRowExists(table, database_->dialect()));

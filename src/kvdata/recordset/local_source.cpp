@@ -4,22 +4,24 @@
 
 namespace kv {
 
+LocalSource::LocalSource() : own_(std::make_shared<std::vector<SourceColumn>>()) { columns_ = own_; }
+
 void LocalSource::append(SourceColumn column) {
   column.updatable = true;
   column.nullable = true;
   column.counter = false;
-  columns_.push_back(std::move(column));
+  own_->push_back(std::move(column));
 }
 
 void LocalSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
-  into.reset(columns_.size());
+  into.reset(columns_->size());
   for (const auto slot : slots) {
     for (const auto& value : rows_[slot]) into.addValue(value);
     into.endRow(isHole(slot));
   }
 }
 
-RowEdit LocalSource::beginAdd() { return RowEdit(columns_.size()); }
+RowEdit LocalSource::beginAdd() { return RowEdit(columns_->size()); }
 
 std::size_t LocalSource::add(const RowEdit& edit) {
   std::vector<SqlValue> row;

@@ -7,6 +7,8 @@ namespace kv {
 
 class LocalSource final : public RowSource {
  public:
+  LocalSource();
+
   // A column takes Null whatever it was copied from, a counter too.
   void append(SourceColumn column);
 
@@ -24,6 +26,7 @@ class LocalSource final : public RowSource {
   void requery() override;
 
  private:
+  std::shared_ptr<std::vector<SourceColumn>> own_;
   std::vector<std::vector<SqlValue>> rows_;
   std::uint64_t stamp_ = 1;
 };

@@ -54,8 +54,6 @@ void Recordset::attach(std::shared_ptr<RowSource> source) {
   source_ = std::move(source);
   open_ = true;
   cursorType_ = source_->keyed() ? kKeyset : kStatic;
-  for (auto i = fields_.fields_.size(); i < source_->columns().size(); ++i)
-    fields_.fields_.push_back(std::make_unique<Field>(*this, i));
   if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
   position_ = first();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -38,7 +39,7 @@ class RowSource {
   RowSource& operator=(RowSource&&) = delete;
   virtual ~RowSource() = default;
 
-  [[nodiscard]] const std::vector<SourceColumn>& columns() const noexcept { return columns_; }
+  [[nodiscard]] const std::vector<SourceColumn>& columns() const noexcept { return *columns_; }
 
   // Slots are the rows in order, from 0; a deleted row leaves its slot as a hole.
   [[nodiscard]] virtual std::size_t slots() const = 0;
@@ -90,7 +91,8 @@ class RowSource {
     ++generation_;
   }
 
-  std::vector<SourceColumn> columns_;
+  // Shared: sets of one statement shape have the same columns.
+  std::shared_ptr<const std::vector<SourceColumn>> columns_;
 
  private:
   std::vector<bool> holes_;

@@ -1,30 +1,26 @@
 #include "kvdata/recordset/snapshot_source.h"
 
 #include "common/error.h"
+#include "kvdata/recordset/shape_columns.h"
 
 namespace kv {
 
 SnapshotSource::SnapshotSource(std::shared_ptr<Database> database, PreparedStatement statement)
     : database_(std::move(database)), statement_(std::move(statement)) {
-  for (const auto& output : statement_.shape->bound.select->outputs)
-    columns_.push_back({.name = output.name,
-                        .type = output.type,
-                        .size = output.size,
-                        .updatable = false,
-                        .nullable = output.type != ColumnType::Boolean});
+  columns_ = sharedColumns(*statement_.shape);
   load();
 }
 
 void SnapshotSource::load() {
   auto& shape = *statement_.shape;
   auto& run = database_->ready(statement_, shape.whole, shape.emitted.whole);
-  rows_.reset(columns_.size());
+  rows_.reset(columns_->size());
   std::vector<std::int64_t> noKeys;
   run.fetch(rows_, shape.types, noKeys, 0, static_cast<std::size_t>(-1));
 }
 
 void SnapshotSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
-  into.reset(columns_.size());
+  into.reset(columns_->size());
   for (const auto slot : slots) into.addRow(rows_, slot);
 }
 

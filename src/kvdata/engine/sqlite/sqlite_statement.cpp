@@ -35,6 +35,25 @@ void SqliteStatement::bind(int parameter, const SqlValue& value) {
   if (code != SQLITE_OK) raiseSqlite(connection_, code);
 }
 
+void SqliteStatement::bindCell(int parameter, const RowBlock& block, std::size_t row,
+                               std::size_t column) {
+  const Cell& cell = block.cell(row, column);
+  int code = SQLITE_OK;
+  switch (cell.kind) {
+    case Cell::Kind::Null: code = sqlite3_bind_null(statement_, parameter); break;
+    case Cell::Kind::Whole: code = sqlite3_bind_int64(statement_, parameter, cell.whole); break;
+    case Cell::Kind::Real: code = sqlite3_bind_double(statement_, parameter, cell.real); break;
+    case Cell::Kind::Text: {
+      const auto text = block.text(cell);
+      code = sqlite3_bind_text64(statement_, parameter, text.data(), text.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8);
+      break;
+    }
+    case Cell::Kind::Date: bind(parameter, Date::fromMilliseconds(cell.whole)); return;
+  }
+  if (code != SQLITE_OK) raiseSqlite(connection_, code);
+}
+
 void SqliteStatement::bindKeys(int parameter, const KeyList& keys) {
   // The pointer travels through SQLite as one to a non-const list; kv_keys only reads it.
   const int code = sqlite3_bind_pointer(statement_, parameter, const_cast<KeyList*>(&keys),

@@ -32,6 +32,7 @@ class SqliteStatement final : public Statement {
   SqliteStatement& operator=(SqliteStatement&&) = delete;
 
   void bind(int parameter, const SqlValue& value) override;
+  void bindCell(int parameter, const RowBlock& block, std::size_t row, std::size_t column) override;
   void bindKeys(int parameter, const KeyList& keys) override;
   std::int64_t run() override;
   std::size_t fetch(RowBlock& block, std::span<const ColumnType> types,

@@ -1,0 +1,96 @@
+#include "sample_register.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <map>
+
+#include "floor.h"
+#include "kvdata/schema/create_register.h"
+
+namespace kv::bench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Folder {
+ public:
+  Folder() : path_(fs::temp_directory_path() / fmt::format("kvvesk-bench-{}", processNumber())) {
+    fs::create_directories(path_);
+  }
+  ~Folder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  Folder(Folder&&) = delete;
+  Folder& operator=(Folder&&) = delete;
+  [[nodiscard]] const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// A number that visits 0 to size - 1 in no order; good enough to keep titles from being sorted already.
+int scattered(int n, int size) {
+  return static_cast<int>((static_cast<long long>(n) * 7919 + 104729) % size);
+}
+
+void fill(const std::string& path, int documents) {
+  FloorDatabase db(path);
+  db.run("BEGIN IMMEDIATE");
+  FloorStatement document(
+      db,
+      "INSERT INTO Documents (DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
+      "DocUser1, DocUser2, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID) "
+      "VALUES (?1, ?2, ?3, 'B', '2024-03-09', ?4, 'Procedure', ?5, 0, ?6, -1, ?7)");
+  FloorStatement revision(
+      db,
+      "INSERT INTO Revisions (RevisionID, DocumentID, RevisionLevel, ChangeDescription, EffectiveDate, "
+      "ResponsibleID, RoutingStatus, RevisionStatus) VALUES (?1, ?2, 'B', 'First issue', '2024-03-09', "
+      "'User1', 0, 1)");
+  FloorStatement copy(db,
+                      "INSERT INTO Personals (UserID, DocumentID, ManualID, HardCopy, RevisionID) "
+                      "VALUES (?1, ?2, '0', ?3, ?4)");
+  for (int n = 0; n < documents; ++n) {
+    const std::string id = documentId(n);
+    document.bind(1, id);
+    document.bind(2, fmt::format("Work instruction {:07} for line {}", scattered(n, documents), n % 40));
+    document.bind(3, fmt::format("WI-{:07}", n));
+    document.bind(4, fmt::format("Department {}", n % 25));
+    document.bind(5, std::string("Replaces the instruction of the same number. See also the plan."));
+    document.bind(6, fmt::format("instructions/{}/{}.pdf", n % 100, n));
+    document.bind(7, n + 1);
+    document.run();
+    revision.bind(1, n + 1);
+    revision.bind(2, id);
+    revision.run();
+    copy.bind(1, fmt::format("User{}", n % 500 + 1));
+    copy.bind(2, id);
+    copy.bind(3, n % 2 == 0 ? -1 : 0);
+    copy.bind(4, n + 1);
+    copy.run();
+  }
+  db.run("COMMIT");
+  db.run("PRAGMA wal_checkpoint(TRUNCATE)");
+}
+
+}  // namespace
+
+std::string documentId(int n) { return fmt::format("User{}0309241405{:02}{}", n % 500 + 1, n % 60, n); }
+
+const std::string& sampleRegister(int documents) {
+  static const Folder folder;
+  static std::map<int, std::string> made;
+  auto& path = made[documents];
+  if (path.empty()) {
+    path = (folder.path() / fmt::format("{}.kvv", documents)).string();
+    createRegister(path)->Close();
+    fill(path, documents);
+  }
+  return path;
+}
+
+}  // namespace kv::bench
