@@ -56,9 +56,9 @@ class RatioReporter : public benchmark::BenchmarkReporter {
 
 int main(int argc, char** argv) {
   std::vector<char*> arguments(argv, argv + argc);
-  std::string repeat = "--benchmark_repetitions=7";
+  std::string repeat = "--benchmark_repetitions=9";
   std::string interleave = "--benchmark_enable_random_interleaving=true";
-  std::string shortRuns = "--benchmark_min_time=0.1";
+  std::string shortRuns = "--benchmark_min_time=0.4";
   arguments.insert(arguments.begin() + 1, {repeat.data(), interleave.data(), shortRuns.data()});
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());

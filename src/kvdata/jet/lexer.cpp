@@ -66,7 +66,7 @@ class Lexer {
       fail(kSyntax, "The statement is not well-formed UTF-8 text.", text_, {good, 0});
     }
     // A token and the blank before it never need more room in the shape than twice what they have in the text.
-    out_.shape.resize(text_.size() * 2 + 2);
+    if (out_.shapeBuffer.size() < text_.size() * 2 + 2) out_.shapeBuffer.resize(text_.size() * 2 + 2);
     while (at_ < text_.size()) {
       const auto k = classOf(text_[at_]);
       switch (k) {
@@ -82,9 +82,9 @@ class Lexer {
       }
     }
     out_.tokens.push_back({TokenKind::End, {}, {text_.size(), 0}, -1});
-    out_.shape.resize(shapeSize_);
+    out_.shape = std::string_view(out_.shapeBuffer).substr(0, shapeSize_);
     out_.lifted = out_.literals.size() <= kMostLifted;
-    if (!out_.lifted) out_.shape.clear();
+    if (!out_.lifted) out_.shape = {};
   }
 
  private:
@@ -256,7 +256,7 @@ class Lexer {
   }
 
   void append(std::string_view piece) {
-    piece.copy(out_.shape.data() + shapeSize_, piece.size());
+    piece.copy(out_.shapeBuffer.data() + shapeSize_, piece.size());
     shapeSize_ += piece.size();
   }
 
@@ -275,7 +275,7 @@ class Lexer {
 void Lexed::clear() {
   tokens.clear();
   literals.clear();
-  shape.clear();
+  shape = {};
   lifted = true;
 }
 

@@ -15,11 +15,13 @@ struct Lexed {
   std::vector<Literal> literals;  // in order of appearance
   // Equal for statements that differ only in the values of lifted literals and in white space between tokens.
   // Literals that shape the statement (behind TOP, in ORDER BY and GROUP BY) stay in it as written.
-  std::string shape;
+  std::string_view shape;
   // False when there are so many literals that they stay in the text: such a statement is not worth keeping.
   bool lifted = true;
 
   void clear();
+
+  std::string shapeBuffer;  // what `shape` is a part of; only grows
 };
 
 // Statements with more literals than this are run with their literals written out; engines limit parameters.

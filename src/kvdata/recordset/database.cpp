@@ -22,13 +22,16 @@ void Database::renew(std::shared_ptr<const Catalog> catalog) {
   wrote();
 }
 
+void Database::forgetStatements(StatementShape& shape) noexcept {
+  shape.whole.reset();
+  shape.keys.reset();
+  shape.head.reset();
+  shape.rows.reset();
+  shape.updates.clear();
+}
+
 void Database::forgetStatements() noexcept {
-  for (auto& entry : shapes_) {
-    entry.shape->whole.reset();
-    entry.shape->keys.reset();
-    entry.shape->head.reset();
-    entry.shape->rows.reset();
-  }
+  for (auto& entry : shapes_) forgetStatements(*entry.shape);
   byKey_.clear();
   shapes_.clear();
   byRowSql_.clear();
@@ -59,7 +62,7 @@ PreparedStatement Database::prepare(std::string_view text) {
   } else {
     out.shape = makeShape(text, lexed_);
     if (lexed_.lifted) {
-      shapes_.push_front({lexed_.shape, out.shape});
+      shapes_.push_front({std::string(lexed_.shape), out.shape});
       byKey_.emplace(shapes_.front().key, shapes_.begin());
       if (shapes_.size() > kMostShapes) {
         byKey_.erase(shapes_.back().key);

@@ -21,6 +21,18 @@ namespace kv {
 
 struct SourceColumn;
 
+// How rows of one table of a set are written, for one choice of columns; see KeysetSource.
+struct UpdatePlan {
+  std::size_t named = 0;  // which of the set's named tables
+  std::vector<int> set;   // the columns written, by place in the table
+  struct Check {
+    std::size_t column;  // of the set
+    int stored;          // the stored column behind a second name; -1 where the column is stored itself
+  };
+  std::vector<Check> check;  // what must still be as it was read
+  std::unique_ptr<engine::Statement> statement;
+};
+
 // What all statements of one shape share. The engine's statements are prepared when first used.
 struct StatementShape {
   std::shared_ptr<const Catalog> catalog;
@@ -32,6 +44,7 @@ struct StatementShape {
   std::unique_ptr<engine::Statement> keys;
   std::unique_ptr<engine::Statement> head;
   std::unique_ptr<engine::Statement> rows;
+  std::vector<UpdatePlan> updates;
   // A set of this shape had more than the head gives; the next one is read by keys from the start.
   bool large = false;
 };
@@ -101,6 +114,7 @@ class Database {
     std::unique_ptr<engine::Statement> statement;
   };
 
+  static void forgetStatements(StatementShape& shape) noexcept;
   void forgetStatements() noexcept;
   std::shared_ptr<StatementShape> makeShape(std::string_view text, const jet::Lexed& lexed);
 

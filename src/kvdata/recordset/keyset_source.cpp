@@ -165,9 +165,12 @@ void KeysetSource::update(std::size_t slot, const RowEdit& edit, const engine::R
 }
 
 // All columns of the set from this table are checked, as they were read; each once.
-KeysetSource::UpdatePlan KeysetSource::planUpdate(std::size_t named, const std::vector<int>& set) const {
+UpdatePlan& KeysetSource::planUpdate(std::size_t named, const std::vector<int>& set) {
+  auto& plans = statement_.shape->updates;
+  for (auto& plan : plans)
+    if (plan.named == named && plan.set == set) return plan;
   const TableInfo& table = tableOf(named);
-  UpdatePlan plan{.named = named, .set = set, .check = {}, .sql = {}};
+  UpdatePlan plan{.named = named, .set = set, .check = {}, .statement = {}};
   std::vector<int> places;
   for (std::size_t i = 0; i < columns_->size(); ++i) {
     const auto& output = select().outputs[i];
@@ -179,21 +182,24 @@ KeysetSource::UpdatePlan KeysetSource::planUpdate(std::size_t named, const std::
     places.push_back(place);
     plan.check.push_back({i, shown.stands.empty() ? -1 : place});
   }
-  plan.sql = jet::emitUpdateRow(table, set, places, database_->dialect());
-  return plan;
+  plan.statement = database_->engine().prepare(
+      jet::emitUpdateRow(table, set, places, database_->dialect()));
+  constexpr std::size_t kMostPlans = 16;  // different edits of one shape are few
+  if (plans.size() >= kMostPlans) plans.erase(plans.begin());
+  plans.push_back(std::move(plan));
+  return plans.back();
 }
 
 void KeysetSource::updateTable(std::size_t named, std::int64_t key, const TableEdit& edit,
                                const engine::RowBlock& original) {
+  (void)database_->engine();  // a plan may have outlived its connection
   const TableInfo& table = tableOf(named);
-  // Loops edit the same columns row after row.
-  if (plan_.named != named || plan_.set != edit.columns || plan_.sql.empty())
-    plan_ = planUpdate(named, edit.columns);
-  auto& run = database_->rowStatement(plan_.sql);
+  const UpdatePlan& plan = planUpdate(named, edit.columns);
+  auto& run = *plan.statement;
   int number = 1;
   for (const auto& value : edit.values) run.bind(number++, value);
   run.bind(number++, key);
-  for (const auto& [column, stored] : plan_.check) {
+  for (const auto& [column, stored] : plan.check) {
     if (stored < 0) {
       run.bindCell(number++, original, 0, column);
       continue;

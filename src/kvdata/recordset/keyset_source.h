@@ -39,18 +39,8 @@ class KeysetSource final : public RowSource {
     std::vector<SqlValue> values;
   };
   [[nodiscard]] TableEdit editOf(std::size_t named, const RowEdit& edit) const;
-  // How rows of one table are written for one choice of columns.
-  struct UpdatePlan {
-    std::size_t named = 0;
-    std::vector<int> set;
-    struct Check {
-      std::size_t column;  // of the set
-      int stored;          // the stored column behind a second name; -1 where the column is stored itself
-    };
-    std::vector<Check> check;
-    std::string sql;
-  };
-  [[nodiscard]] UpdatePlan planUpdate(std::size_t named, const std::vector<int>& set) const;
+  // The plan for writing these columns of a named table; kept with the statement's shape.
+  UpdatePlan& planUpdate(std::size_t named, const std::vector<int>& set);
   void updateTable(std::size_t named, std::int64_t key, const TableEdit& edit,
                    const engine::RowBlock& original);
 
@@ -60,7 +50,6 @@ class KeysetSource final : public RowSource {
   std::vector<std::int64_t> keys_;
   engine::RowBlock head_;
   bool hasHead_ = false;
-  UpdatePlan plan_;
   bool anyUpdatable_ = false;
   bool single_ = false;  // exactly one table: rows can be added and deleted
 };
