@@ -95,7 +95,7 @@ class Database {
   [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const noexcept { return catalog_; }
 
   // Changes whenever this connection has written something or has undone something: rows read before may be stale.
-  [[nodiscard]] std::uint64_t stamp() const noexcept { return stamp_; }
+  [[nodiscard]] const std::uint64_t& stamp() const noexcept { return stamp_; }
   void wrote() noexcept { ++stamp_; }
 
  private:

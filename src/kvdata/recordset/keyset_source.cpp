@@ -26,6 +26,7 @@ KeysetSource::KeysetSource(std::shared_ptr<Database> database, PreparedStatement
       statement_(std::move(statement)),
       perRow_(statement_.shape->bound.select->named.size()) {
   columns_ = sharedColumns(*statement_.shape);
+  stamp_ = &database_->stamp();
   const auto& s = select();
   anyUpdatable_ = std::any_of(columns_->begin(), columns_->end(),
                               [](const SourceColumn& column) { return column.updatable; });
@@ -44,6 +45,7 @@ void KeysetSource::load() {
     const auto rows = run.fetch(head_, shape.types, keys_, perRow_, most + 1);
     if (rows < most) {
       hasHead_ = true;
+      slots_ = rows;
       return;
     }
     // More than a head: from now on sets of this shape are read by keys at once.
@@ -51,6 +53,7 @@ void KeysetSource::load() {
     keys_.clear();
   }
   database_->ready(statement_, shape.keys, shape.emitted.keys).fetchKeys(keys_, perRow_);
+  slots_ = keys_.size() / perRow_;
   shape.large = slots() > jet::kHeadRows;
 }
 
@@ -144,7 +147,7 @@ std::size_t KeysetSource::add(const RowEdit& edit) {
   database_->wrote();
   insert.fetchKeys(key, 1);
   keys_.push_back(key.at(0));
-  return slots() - 1;
+  return slots_++;
 }
 
 void KeysetSource::update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) {

@@ -13,9 +13,7 @@ class KeysetSource final : public RowSource {
  public:
   KeysetSource(std::shared_ptr<Database> database, PreparedStatement statement);
 
-  std::size_t slots() const override { return keys_.size() / perRow_; }
   void read(std::span<const std::size_t> slots, engine::RowBlock& into) override;
-  std::uint64_t stamp() const override { return database_->stamp(); }
   bool takeHead(engine::RowBlock& into) override;
   bool canUpdate() const override { return anyUpdatable_; }
   bool canAdd() const override { return single_; }

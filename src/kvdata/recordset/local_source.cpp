@@ -4,7 +4,10 @@
 
 namespace kv {
 
-LocalSource::LocalSource() : own_(std::make_shared<std::vector<SourceColumn>>()) { columns_ = own_; }
+LocalSource::LocalSource() : own_(std::make_shared<std::vector<SourceColumn>>()) {
+  columns_ = own_;
+  stamp_ = &version_;
+}
 
 void LocalSource::append(SourceColumn column) {
   column.updatable = true;
@@ -27,8 +30,9 @@ std::size_t LocalSource::add(const RowEdit& edit) {
   std::vector<SqlValue> row;
   for (const auto& value : edit) row.push_back(value.value_or(SqlValue{}));
   rows_.push_back(std::move(row));
-  ++stamp_;
-  return rows_.size() - 1;
+  ++version_;
+  slots_ = rows_.size();
+  return slots_ - 1;
 }
 
 void LocalSource::update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) {
@@ -38,20 +42,20 @@ void LocalSource::update(std::size_t slot, const RowEdit& edit, const engine::Ro
     if (original.value(0, i) != row[i]) raise(kRowChanged);
   for (std::size_t i = 0; i < row.size(); ++i)
     if (edit[i]) row[i] = *edit[i];
-  ++stamp_;
+  ++version_;
 }
 
 void LocalSource::remove(std::size_t slot) {
   if (isHole(slot)) raise(kRowDeleted);
   makeHole(slot);
-  ++stamp_;
+  ++version_;
 }
 
 void LocalSource::arrange(const std::vector<std::size_t>& order) {
   std::vector<std::vector<SqlValue>> rows;
   for (const auto slot : order) rows.push_back(std::move(rows_[slot]));
   rows_ = std::move(rows);
-  ++stamp_;
+  ++version_;
 }
 
 void LocalSource::requery() { raise(kNotAvailable); }

@@ -12,9 +12,7 @@ class LocalSource final : public RowSource {
   // A column takes Null whatever it was copied from, a counter too.
   void append(SourceColumn column);
 
-  std::size_t slots() const override { return rows_.size(); }
   void read(std::span<const std::size_t> slots, engine::RowBlock& into) override;
-  std::uint64_t stamp() const override { return stamp_; }
   bool canUpdate() const override { return true; }
   bool canAdd() const override { return true; }
   bool canDelete() const override { return true; }
@@ -28,7 +26,7 @@ class LocalSource final : public RowSource {
  private:
   std::shared_ptr<std::vector<SourceColumn>> own_;
   std::vector<std::vector<SqlValue>> rows_;
-  std::uint64_t stamp_ = 1;
+  std::uint64_t version_ = 1;
 };
 
 }  // namespace kv

@@ -55,7 +55,7 @@ void Recordset::attach(std::shared_ptr<RowSource> source) {
   open_ = true;
   cursorType_ = source_->keyed() ? kKeyset : kStatic;
   if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
-  position_ = first();
+  moveTo(first());
 }
 
 void Recordset::Open() {
@@ -68,6 +68,7 @@ void Recordset::Close() {
   requireOpen();
   if (pending_) raise(kNotAllowed);
   open_ = false;
+  row_ = kNoRow;
   source_.reset();
   local_.reset();
   view_.reset();
@@ -182,21 +183,22 @@ void Recordset::MoveFirst() {
   requireOpen();
   saveFirst();
   if (isEmpty()) raise(kNoCurrentRow);
-  position_ = first();
+  moveTo(first());
 }
 
 void Recordset::MoveLast() {
   requireOpen();
   saveFirst();
   if (isEmpty()) raise(kNoCurrentRow);
-  position_ = last();
+  moveTo(last());
 }
 
 void Recordset::MoveNext() {
   requireOpen();
-  saveFirst();
+  if (pending_) saveFirst();
   if (position_.at == At::Eof || (position_.at == At::Bof && isEmpty())) raise(kNoCurrentRow);
   stepForward(position_);
+  row_ = kNoRow;
 }
 
 void Recordset::MovePrevious() {
@@ -204,6 +206,7 @@ void Recordset::MovePrevious() {
   saveFirst();
   if (position_.at == At::Bof || (position_.at == At::Eof && isEmpty())) raise(kNoCurrentRow);
   stepBackward(position_);
+  row_ = kNoRow;
 }
 
 void Recordset::Move(std::int32_t NumRecords, const Variant& Start) {
@@ -220,7 +223,7 @@ void Recordset::Move(std::int32_t NumRecords, const Variant& Start) {
     for (std::int32_t i = 0; i > NumRecords && stepBackward(position); --i) {
     }
   }
-  position_ = position;
+  moveTo(position);
 }
 
 Recordset::Position Recordset::startOf(const Variant& start) const {
@@ -263,7 +266,7 @@ Variant Recordset::Bookmark() const {
 void Recordset::Bookmark(const Variant& bookmark) {
   requireOpen();
   saveFirst();
-  position_ = placeOfBookmark(bookmark);
+  moveTo(placeOfBookmark(bookmark));
 }
 
 std::int32_t Recordset::AbsolutePosition() const {
@@ -290,7 +293,7 @@ void Recordset::AbsolutePosition(std::int32_t position) {
     at = first();
     for (std::int32_t i = 1; i < position; ++i) stepForward(at);
   }
-  position_ = at;
+  moveTo(at);
 }
 
 // ---- reading ----
@@ -312,6 +315,7 @@ void Recordset::loadBlock(std::size_t place) {
   slots.reserve(to - from);
   for (auto p = from; p < to; ++p) slots.push_back(slotAt(p));
   blockStamp_ = 0;  // nothing, should the reading fail
+  row_ = kNoRow;
   source_->read(slots, block_);
   blockFirst_ = from;
   blockStamp_ = stamp;
@@ -338,21 +342,19 @@ Variant Recordset::fieldValue(std::size_t column) {
     if (pending_->adding) return Null;
     return shownValue(pending_->original, 0, column, type);
   }
-  return shownValue(block_, rowAt(currentPlace()), column, type);
+  return shownValue(block_, currentRow(), column, type);
 }
 
 bool Recordset::fieldIsNull(std::size_t column) {
   requireOpen();
   if (pending_) return fieldValue(column).isNull();
-  const auto row = rowAt(currentPlace());
-  return block_.cell(row, column).kind == engine::Cell::Kind::Null;
+  return block_.cell(currentRow(), column).kind == engine::Cell::Kind::Null;
 }
 
 std::string_view Recordset::fieldText(std::size_t column) {
   requireOpen();
   if (!pending_) {
-    const auto row = rowAt(currentPlace());
-    const auto& cell = block_.cell(row, column);
+    const auto& cell = block_.cell(currentRow(), column);
     if (cell.kind == engine::Cell::Kind::Text) return block_.text(cell);
   }
   scratch_ = joinText(fieldValue(column));
@@ -409,7 +411,7 @@ void Recordset::Update() {
   if (pending_->adding) {
     const auto slot = source_->add(pending_->values);
     if (view_) view_->push_back(slot);
-    position_ = {At::Row, places() - 1};
+    moveTo({At::Row, places() - 1});
   } else {
     source_->update(slotAt(position_.place), pending_->values, pending_->original);
   }
@@ -419,7 +421,7 @@ void Recordset::Update() {
 void Recordset::CancelUpdate() {
   requireOpen();
   if (!pending_) return;
-  if (pending_->adding) position_ = pending_->left;
+  if (pending_->adding) moveTo(pending_->left);
   pending_.reset();
 }
 
@@ -428,6 +430,7 @@ void Recordset::Delete() {
   if (!source_->canDelete()) raise(kNotAvailable);
   if (pending_ && pending_->adding) raise(kNotAllowed);
   source_->remove(slotAt(currentPlace()));
+  row_ = kNoRow;
   pending_.reset();
 }
 
@@ -441,7 +444,7 @@ void Recordset::Requery() {
   blockStamp_ = 0;
   if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
   rebuildView();
-  position_ = first();
+  moveTo(first());
 }
 
 // ---- whole sets ----
@@ -472,7 +475,7 @@ void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::in
   for (std::int32_t i = 0; i < SkipRows && onRow; ++i) onRow = step();
   while (onRow && !holds(comparison, position.place)) onRow = step();
   if (!onRow) position = forward ? Position{At::Eof, 0} : Position{At::Bof, 0};
-  position_ = position;
+  moveTo(position);
 }
 
 std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Variant& Start,
@@ -501,7 +504,7 @@ std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Va
       out[f].push_back(shownValue(block_, row, wanted[f], columns[wanted[f]].type));
     onRow = stepForward(position);
   }
-  position_ = position;
+  moveTo(position);
   return out;
 }
 
@@ -519,7 +522,7 @@ void Recordset::Filter(const std::string& criteria) {
   saveFirst();
   filter_ = trimmed(criteria).empty() ? std::string() : criteria;
   rebuildView();
-  position_ = first();
+  moveTo(first());
 }
 
 void Recordset::Sort(const std::string& columns) {
@@ -528,7 +531,7 @@ void Recordset::Sort(const std::string& columns) {
   saveFirst();
   sort_ = trimmed(columns).empty() ? std::string() : columns;
   rebuildView();
-  position_ = first();
+  moveTo(first());
 }
 
 void Recordset::arrange(const std::string& column, const std::vector<std::string>& values) {
@@ -559,7 +562,7 @@ void Recordset::arrange(const std::string& column, const std::vector<std::string
   for (const auto& [rank, slot] : order) slots.push_back(slot);
   source_->arrange(slots);
   blockStamp_ = 0;
-  position_ = first();
+  moveTo(first());
 }
 
 bool Recordset::holds(const Criteria& criteria, std::size_t place) {

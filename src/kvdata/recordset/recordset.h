@@ -158,6 +158,15 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   [[nodiscard]] Position placeOfBookmark(const Variant& bookmark) const;
   [[nodiscard]] Variant bookmarkOf(std::size_t slot) const;
 
+  void moveTo(Position position) noexcept {
+    position_ = position;
+    row_ = kNoRow;
+  }
+  // The row of the block under the cursor; raises as rowAt, and 3021 where there is none.
+  [[nodiscard]] std::size_t currentRow() {
+    if (row_ == kNoRow || blockStamp_ != source_->stamp()) row_ = rowAt(currentPlace());
+    return row_;
+  }
   // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a row that is gone.
   std::size_t rowAt(std::size_t place);
   // The same, false for a row that is gone.
@@ -191,6 +200,8 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   std::size_t blockFirst_ = 0;   // place of its first row
   std::uint64_t blockStamp_ = 0;
   std::size_t readAhead_ = 1;    // rows to read the next time
+  static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
+  std::size_t row_ = kNoRow;     // of the block, under the cursor; kNoRow until it is read
 
   std::unique_ptr<Pending> pending_;
   std::string scratch_;  // text of an assigned value, for views of it

@@ -42,7 +42,7 @@ class RowSource {
   [[nodiscard]] const std::vector<SourceColumn>& columns() const noexcept { return *columns_; }
 
   // Slots are the rows in order, from 0; a deleted row leaves its slot as a hole.
-  [[nodiscard]] virtual std::size_t slots() const = 0;
+  [[nodiscard]] std::size_t slots() const noexcept { return slots_; }
   [[nodiscard]] bool isHole(std::size_t slot) const noexcept {
     return slot < holes_.size() && holes_[slot];
   }
@@ -51,7 +51,7 @@ class RowSource {
   // Appends the rows of these slots to `into`, which is reset for them; rows that are gone come as missing.
   virtual void read(std::span<const std::size_t> slots, engine::RowBlock& into) = 0;
   // Changes when rows read before may not be what they were.
-  [[nodiscard]] virtual std::uint64_t stamp() const = 0;
+  [[nodiscard]] std::uint64_t stamp() const noexcept { return *stamp_; }
   // Rows of the first slots that opening the set has read already; empties what is kept of them.
   virtual bool takeHead(engine::RowBlock& into) {
     (void)into;
@@ -91,6 +91,8 @@ class RowSource {
     ++generation_;
   }
 
+  std::size_t slots_ = 0;
+  const std::uint64_t* stamp_ = nullptr;  // set by the constructors; lives as long as the source
   // Shared: sets of one statement shape have the same columns.
   std::shared_ptr<const std::vector<SourceColumn>> columns_;
 

@@ -8,6 +8,7 @@ namespace kv {
 SnapshotSource::SnapshotSource(std::shared_ptr<Database> database, PreparedStatement statement)
     : database_(std::move(database)), statement_(std::move(statement)) {
   columns_ = sharedColumns(*statement_.shape);
+  stamp_ = &version_;
   load();
 }
 
@@ -17,6 +18,8 @@ void SnapshotSource::load() {
   rows_.reset(columns_->size());
   std::vector<std::int64_t> noKeys;
   run.fetch(rows_, shape.types, noKeys, 0, static_cast<std::size_t>(-1));
+  slots_ = rows_.rows();
+  ++version_;
 }
 
 void SnapshotSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
@@ -35,6 +38,7 @@ void SnapshotSource::arrange(const std::vector<std::size_t>& order) {
   engine::RowBlock rows;
   read(order, rows);
   rows_ = std::move(rows);
+  ++version_;
 }
 
 void SnapshotSource::requery() {

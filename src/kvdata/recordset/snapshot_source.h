@@ -12,9 +12,7 @@ class SnapshotSource final : public RowSource {
  public:
   SnapshotSource(std::shared_ptr<Database> database, PreparedStatement statement);
 
-  std::size_t slots() const override { return rows_.rows(); }
   void read(std::span<const std::size_t> slots, engine::RowBlock& into) override;
-  std::uint64_t stamp() const override { return generation(); }
   bool keyed() const override { return false; }
   bool canUpdate() const override { return false; }
   bool canAdd() const override { return false; }
@@ -32,6 +30,7 @@ class SnapshotSource final : public RowSource {
   std::shared_ptr<Database> database_;
   PreparedStatement statement_;
   engine::RowBlock rows_;
+  std::uint64_t version_ = 0;
 };
 
 }  // namespace kv

@@ -28,7 +28,17 @@ Variant shownValue(const SqlValue& value, ColumnType type) {
 Variant shownValue(const engine::RowBlock& block, std::size_t row, std::size_t column,
                    ColumnType type) {
   const auto& cell = block.cell(row, column);
-  if (cell.kind == engine::Cell::Kind::Text) return Variant(block.text(cell));
+  switch (cell.kind) {
+    case engine::Cell::Kind::Null: return Null;
+    case engine::Cell::Kind::Text: return Variant(block.text(cell));
+    case engine::Cell::Kind::Date: return Date::fromMilliseconds(cell.whole);
+    case engine::Cell::Kind::Whole:
+      if (type == ColumnType::Boolean) return cell.whole != 0;
+      if (type == ColumnType::Int16) return static_cast<std::int16_t>(cell.whole);
+      if (type == ColumnType::Int32) return static_cast<std::int32_t>(cell.whole);
+      break;
+    case engine::Cell::Kind::Real: break;
+  }
   return shownValue(block.value(row, column), type);
 }
 

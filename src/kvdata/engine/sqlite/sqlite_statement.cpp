@@ -1,5 +1,6 @@
 #include "kvdata/engine/sqlite/sqlite_statement.h"
 
+#include <fmt/format.h>
 #include <sqlite3.h>
 
 #include "common/error.h"
@@ -88,37 +89,32 @@ std::int64_t SqliteStatement::run() {
   return sqlite3_total_changes64(connection_) - before;
 }
 
+// The value is asked for once and then read without the checks that only threads need: an engine belongs to one.
 void SqliteStatement::readCell(RowBlock& block, ColumnType type, int column) {
+  auto* value = sqlite3_column_value(statement_, column);
+  if (sqlite3_value_type(value) == SQLITE_NULL) {
+    block.addNull();
+    return;
+  }
+  const auto text = [&] {
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+  };
   switch (type) {
     case ColumnType::Text:
-    case ColumnType::Memo: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-      if (text == nullptr) break;
-      block.addText({text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))});
-      return;
-    }
+    case ColumnType::Memo: block.addText(text()); return;
     case ColumnType::Boolean:
     case ColumnType::Int16:
-    case ColumnType::Int32:
-      if (sqlite3_column_type(statement_, column) == SQLITE_NULL) break;
-      block.addWhole(sqlite3_column_int64(statement_, column));
-      return;
+    case ColumnType::Int32: block.addWhole(sqlite3_value_int64(value)); return;
     case ColumnType::Single:
-    case ColumnType::Double:
-      if (sqlite3_column_type(statement_, column) == SQLITE_NULL) break;
-      block.addReal(sqlite3_column_double(statement_, column));
-      return;
+    case ColumnType::Double: block.addReal(sqlite3_value_double(value)); return;
     case ColumnType::Date: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-      if (text == nullptr) break;
-      const auto date =
-          parseIso({text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column))});
-      if (!date) raise(kMismatch, std::string("The register holds '") + text + "' as a date.");
+      const auto date = parseIso(text());
+      if (!date) raise(kMismatch, fmt::format("The register holds '{}' as a date.", text()));
       block.addDate(*date);
       return;
     }
   }
-  block.addNull();
 }
 
 std::int64_t SqliteStatement::readKey(int column) {
