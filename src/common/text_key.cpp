@@ -5,6 +5,8 @@
 #include <array>
 #include <vector>
 
+#include "common/text.h"
+
 namespace kv {
 
 namespace {
@@ -73,6 +75,8 @@ void foldKeyInto(std::string_view text, std::string& out) {
 void orderKeyInto(std::string_view text, std::string& out) {
   if (foldAscii(text, out) == text.size()) return;
   const std::string fold = foldKey(text);
+  out = fold;
+  if (isAscii(fold)) return;  // the Kelvin sign has the letter k
   out.clear();
   // The whole text at once: canonical decomposition also puts runs of marks into their order.
   std::vector<utf8proc_int32_t> parts(fold.size() * 2);

@@ -127,8 +127,10 @@ class Writer {
       case ExprKind::Truth: return e.flag ? "-1" : "0";
       case ExprKind::Column: return column(e.table, e.column);
       case ExprKind::Negate: return "(-" + value(*e.args[0]) + ")";
-      case ExprKind::Binary:
-        return fmt::format("({} {} {})", value(*e.args[0]), opText(e.op), value(*e.args[1]));
+      case ExprKind::Binary: {
+        const auto sides = values(e);
+        return fmt::format("({} {} {})", sides.first, opText(e.op), sides.second);
+      }
       case ExprKind::Function: return aggregate(e);
       case ExprKind::Not:
       case ExprKind::And:
@@ -139,6 +141,14 @@ class Writer {
       case ExprKind::IsNull: break;  // conditions, done above
     }
     return {};
+  }
+
+  // Parameters are numbered as they are written, so the left side is written first: arguments of one call could be
+  // evaluated in any order.
+  std::pair<std::string, std::string> values(const Expr& e) {
+    std::string left = value(*e.args[0]);
+    std::string right = value(*e.args[1]);
+    return {std::move(left), std::move(right)};
   }
 
   std::string aggregate(const Expr& e) {
@@ -184,12 +194,16 @@ class Writer {
   // Both sides in the form in which they compare under `op`.
   std::pair<std::string, std::string> sides(Op op, const Expr& a, const Expr& b) {
     if (isText(a) && isText(b)) {
-      if (op == Op::Equal || op == Op::NotEqual) return {fold(a), fold(b)};
-      return {row(order(a)), row(order(b))};
+      const bool equality = op == Op::Equal || op == Op::NotEqual;
+      std::string left = equality ? fold(a) : row(order(a));
+      std::string right = equality ? fold(b) : row(order(b));
+      return {std::move(left), std::move(right)};
     }
-    if (isDate(a) && isNumber(b)) return {d_.dayCount(value(a)), value(b)};
-    if (isNumber(a) && isDate(b)) return {value(a), d_.dayCount(value(b))};
-    return {value(a), value(b)};
+    std::string left = value(a);
+    std::string right = value(b);
+    if (isDate(a) && isNumber(b)) left = d_.dayCount(left);
+    if (isNumber(a) && isDate(b)) right = d_.dayCount(right);
+    return {std::move(left), std::move(right)};
   }
 
   std::string compare(Op op, const Expr& a, const Expr& b) {
@@ -259,9 +273,10 @@ class Writer {
     });
     std::string out;
     if (alike) {
+      const std::string left = isText(x) ? fold(x) : value(x);
       std::vector<std::string> list;
       for (const auto* item : items) list.push_back(isText(x) ? fold(*item) : value(*item));
-      out = fmt::format("({} IN ({}))", isText(x) ? fold(x) : value(x), joinTexts(list));
+      out = fmt::format("({} IN ({}))", left, joinTexts(list));
     } else {
       std::vector<std::string> tests;
       for (const auto* item : items) tests.push_back(compare(Op::Equal, x, *item));
@@ -273,7 +288,8 @@ class Writer {
   std::string like(const Expr& e) {
     std::string text = value(*e.args[0]);
     if (e.args[0]->type && !isText(*e.args[0])) text = d_.convert(text, ColumnType::Text);
-    std::string out = d_.like(text, value(*e.args[1]));
+    const std::string pattern = value(*e.args[1]);
+    std::string out = d_.like(text, pattern);
     return e.negated ? "(NOT " + out + ")" : out;
   }
 
@@ -301,11 +317,15 @@ class Writer {
         return row(parts);
       };
       const std::string left = isText(x) ? row(order(x)) : value(x);
-      out = fmt::format("({0} >= {1} AND {0} <= {2})", left, bound(false), bound(true));
+      const std::string low = bound(false);
+      const std::string high = bound(true);
+      out = fmt::format("({0} >= {1} AND {0} <= {2})", left, low, high);
     } else {
-      out = fmt::format("(({} AND {}) OR ({} AND {}))", compare(Op::GreaterEqual, x, a),
-                        compare(Op::LessEqual, x, b), compare(Op::GreaterEqual, x, b),
-                        compare(Op::LessEqual, x, a));
+      const std::string aboveA = compare(Op::GreaterEqual, x, a);
+      const std::string belowB = compare(Op::LessEqual, x, b);
+      const std::string aboveB = compare(Op::GreaterEqual, x, b);
+      const std::string belowA = compare(Op::LessEqual, x, a);
+      out = fmt::format("(({} AND {}) OR ({} AND {}))", aboveA, belowB, aboveB, belowA);
     }
     return e.negated ? "(NOT " + out + ")" : out;
   }
@@ -321,7 +341,8 @@ class Writer {
       case TableRef::Kind::Inner: return join(ref, " INNER JOIN ");
       case TableRef::Kind::Left: return join(ref, " LEFT JOIN ");
       case TableRef::Kind::Right: return join(ref, " RIGHT JOIN ");
-      case TableRef::Kind::Cross: return join(ref, " CROSS JOIN ");
+      // Not CROSS JOIN: SQLite takes that as an order to join in.
+      case TableRef::Kind::Cross: return join(ref, " INNER JOIN ") + " ON (1 = 1)";
     }
     return {};
   }
@@ -360,8 +381,11 @@ class Writer {
   std::string assemble(const BoundSelect& s, Shape shape) {
     const Select& syntax = *s.syntax;
     std::string tail;
+    const auto groups = std::move(groups_);  // before grouping, rows are themselves
+    groups_.clear();
     if (syntax.from) tail += " FROM " + from(*syntax.from);
     if (syntax.where) tail += " WHERE " + condition(*syntax.where);
+    groups_ = groups;
     if (!shape.group.empty()) tail += " GROUP BY " + joinTexts(shape.group);
     if (syntax.having) tail += " HAVING " + condition(*syntax.having);
     auto total = shape.order;
@@ -396,9 +420,9 @@ class Writer {
         syntax.topPercent ? fmt::format("(kv_rank - 1) * 100 < {} * kv_count", *syntax.top)
                           : fmt::format("kv_rank <= {}", *syntax.top);
     return fmt::format(
-        "SELECT {} FROM (SELECT {}{} AS kv_seq, {} AS kv_rank, COUNT(*) OVER () AS kv_count{}) AS "
-        "kv_top WHERE {} ORDER BY kv_seq",
-        joinTexts(outer), inner, sequence, rank, tail, limit);
+        "SELECT {} FROM (SELECT {}{} AS kv_seq, {} AS kv_rank{}{}) AS kv_top WHERE {} ORDER BY kv_seq",
+        joinTexts(outer), inner, sequence, rank,
+        syntax.topPercent ? ", COUNT(*) OVER () AS kv_count" : "", tail, limit);
   }
 
   std::vector<std::string> outputs(const BoundSelect& s) {
