@@ -4,6 +4,12 @@
 #include "common/text.h"
 #include "kvdata/schema/create_register.h"
 
+namespace kv {
+void PrintTo(const Variant& value, std::ostream* out) {
+  *out << "kind " << static_cast<int>(value.kind()) << " '" << test::shown(value) << "'";
+}
+}  // namespace kv
+
 namespace kv::test {
 
 namespace {

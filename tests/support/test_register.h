@@ -1,6 +1,7 @@
 // Registers for tests.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,11 @@
 #include "kvuser/password.h"
 #include "session/vesk.h"
 #include "support/temp_folder.h"
+
+namespace kv {
+// How googletest shows a Variant in a failure.
+void PrintTo(const Variant& value, std::ostream* out);
+}  // namespace kv
 
 namespace kv::test {
 

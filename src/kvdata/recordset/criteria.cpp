@@ -52,7 +52,10 @@ class Reader {
   Criteria anyOf() { return chain(Criteria::Kind::Or, "or"); }
 
   std::size_t takeColumn() {
-    if (peek().kind != TokenKind::Word && peek().kind != TokenKind::Name) raise(kBadArgument);
+    const Token& first = peek();
+    if ((first.kind != TokenKind::Word && first.kind != TokenKind::Name) || isWord(first, "and") ||
+        isWord(first, "or"))
+      raise(kBadArgument);
     std::string name(take().text);
     while (isSymbol(".")) {  // a column that came out as Table.Column
       take();
