@@ -5,7 +5,9 @@ target_compile_options(
   INTERFACE -Wall
             -Wextra
             -Wpedantic
-            -Wshadow=local
+            # Only variables of functions: names of enumerators may be those of other things.
+            $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
+            $<$<CXX_COMPILER_ID:Clang>:-Wshadow>
             -Wconversion
             -Wsign-conversion
             -Wold-style-cast
