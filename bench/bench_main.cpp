@@ -1,5 +1,6 @@
-// Runs the benchmarks and prints, for every pair of "name/kvvesk" and "name/floor", the ratio of their times. Each is
-// repeated, in random order among the others, and the medians are compared, so that a drifting machine harms both alike.
+// Runs the benchmarks and prints, for every pair of "name/kvvesk" and "name/floor", the ratio of
+// their times. Each is repeated, in random order among the others, and the medians are compared, so
+// that a drifting machine harms both alike.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>

@@ -11,7 +11,8 @@ namespace kv::bench {
 int processNumber() { return static_cast<int>(getpid()); }
 
 FloorDatabase::FloorDatabase(const std::string& path) {
-  if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
+  if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr) !=
+      SQLITE_OK)
     throw std::runtime_error("cannot open " + path);
   engine::registerSqliteFunctions(db_);
   // The settings that the library uses by default.
@@ -29,14 +30,16 @@ void FloorDatabase::run(const char* sql) {
 }
 
 FloorStatement::FloorStatement(FloorDatabase& db, const std::string& sql) : db_(db.get()) {
-  if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) != SQLITE_OK)
+  if (sqlite3_prepare_v3(db_, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr) !=
+      SQLITE_OK)
     throw std::runtime_error(sqlite3_errmsg(db_));
 }
 
 FloorStatement::~FloorStatement() { sqlite3_finalize(statement_); }
 
 void FloorStatement::bind(int parameter, const std::string& text) {
-  sqlite3_bind_text(statement_, parameter, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  sqlite3_bind_text(statement_, parameter, text.data(), static_cast<int>(text.size()),
+                    SQLITE_TRANSIENT);
 }
 
 void FloorStatement::bind(int parameter, int number) {
@@ -59,7 +62,9 @@ std::size_t FloorStatement::readRow() const {
   const int columns = sqlite3_column_count(statement_);
   for (int i = 0; i < columns; ++i) switch (sqlite3_column_type(statement_, i)) {
       case SQLITE_NULL: break;
-      case SQLITE_INTEGER: sum += static_cast<std::size_t>(sqlite3_column_int(statement_, i)); break;
+      case SQLITE_INTEGER:
+        sum += static_cast<std::size_t>(sqlite3_column_int(statement_, i));
+        break;
       default: sum += text(i).size(); break;
     }
   return sum;

@@ -1,5 +1,5 @@
-// The floor: hand-written calls of SQLite's own interface with prepared statements that are kept. What the library does
-// is compared with this, on the same file in the same run.
+// The floor: hand-written calls of SQLite's own interface with prepared statements that are kept.
+// What the library does is compared with this, on the same file in the same run.
 #pragma once
 
 #include <sqlite3.h>

@@ -1,4 +1,5 @@
-// Record sets against the floor: reading everything in order, opening and the first row, one field by identifier, editing.
+// Record sets against the floor: reading everything in order, opening and the first row, one field
+// by identifier, editing.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -15,7 +16,8 @@ namespace kv::bench {
 namespace {
 
 constexpr const char* kFloorColumns =
-    "ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, DocUser1, DocUser2, "
+    "ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, DocUser1, "
+    "DocUser2, "
     "DocUser3, DocUser4, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID";
 
 int sizeOf(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
@@ -43,7 +45,8 @@ void readAll(benchmark::State& state) {
     std::vector<bool> isText;
     for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
       fields.push_back(rs->Fields(i));
-      isText.push_back(fields.back()->Type() == kTypeVarWChar || fields.back()->Type() == kTypeLongVarWChar);
+      isText.push_back(fields.back()->Type() == kTypeVarWChar ||
+                       fields.back()->Type() == kTypeLongVarWChar);
     }
     std::size_t sum = 0;
     for (; !rs->Eof(); rs->MoveNext(), ++rows) sum += readRow(fields, isText);
@@ -54,7 +57,9 @@ void readAll(benchmark::State& state) {
 
 void readAllFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
+  FloorStatement all(
+      db,
+      fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
   std::size_t rows = 0;
   for (auto _ : state) {
     std::size_t sum = 0;
@@ -68,7 +73,8 @@ void readAllFloor(benchmark::State& state) {
 void openFirst(benchmark::State& state, const char* order) {
   const auto connection = kvConnection::open(sampleRegister(sizeOf(state)));
   for (auto _ : state) {
-    const auto rs = connection->OpenRecordset(fmt::format("Select * From Documents Order By {}", order));
+    const auto rs =
+        connection->OpenRecordset(fmt::format("Select * From Documents Order By {}", order));
     benchmark::DoNotOptimize(rs->Fields("DocumentTitle")->Text().size() +
                              static_cast<std::size_t>(rs->RecordCount()));
   }
@@ -77,7 +83,8 @@ void openFirst(benchmark::State& state, const char* order) {
 // Whole rows sorted, the first one read: no index has this order.
 void openFirstSortedFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocUser1), ID", kFloorColumns));
+  FloorStatement all(
+      db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocUser1), ID", kFloorColumns));
   for (auto _ : state) {
     all.step();
     benchmark::DoNotOptimize(all.text(2).size());
@@ -85,10 +92,13 @@ void openFirstSortedFloor(benchmark::State& state) {
   }
 }
 
-// In the order of an index, with the exact count and the membership that a keyset promises: all rows stepped through.
+// In the order of an index, with the exact count and the membership that a keyset promises: all
+// rows stepped through.
 void openFirstIndexedFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
+  FloorStatement all(
+      db,
+      fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
   for (auto _ : state) {
     std::size_t first = 0;
     std::size_t count = 0;
@@ -104,15 +114,17 @@ void oneField(benchmark::State& state) {
   int n = 0;
   for (auto _ : state) {
     n = (n + 7919) % sizeOf(state);
-    const auto rs = connection->OpenRecordset("Select DocumentTitle From Documents Where DocumentID = '" +
-                                              documentId(n) + "'");
+    const auto rs = connection->OpenRecordset(
+        "Select DocumentTitle From Documents Where DocumentID = '" + documentId(n) + "'");
     benchmark::DoNotOptimize(rs->Fields("DocumentTitle")->Value());
   }
 }
 
 void oneFieldFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement one(db, "SELECT DocumentTitle FROM Documents WHERE kv_fold(DocumentID) = kv_fold(?1) ORDER BY ID");
+  FloorStatement one(
+      db,
+      "SELECT DocumentTitle FROM Documents WHERE kv_fold(DocumentID) = kv_fold(?1) ORDER BY ID");
   int n = 0;
   for (auto _ : state) {
     n = (n + 7919) % sizeOf(state);
@@ -124,13 +136,15 @@ void oneFieldFloor(benchmark::State& state) {
   }
 }
 
-// Reads a row by identifier, changes a field, stores it if nobody has changed it meanwhile: one durable commit each.
+// Reads a row by identifier, changes a field, stores it if nobody has changed it meanwhile: one
+// durable commit each.
 void editUpdate(benchmark::State& state) {
   const auto connection = kvConnection::open(sampleRegister(sizeOf(state)));
   int n = 0;
   for (auto _ : state) {
     n = (n + 7919) % sizeOf(state);
-    const auto rs = connection->OpenRecordset("Select * From Documents Where DocumentID = '" + documentId(n) + "'");
+    const auto rs = connection->OpenRecordset("Select * From Documents Where DocumentID = '" +
+                                              documentId(n) + "'");
     rs->Fields("DocUser4")->Value(fmt::format("edit {}", n));
     rs->Update();
   }
@@ -138,7 +152,9 @@ void editUpdate(benchmark::State& state) {
 
 void editUpdateFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement read(db, fmt::format("SELECT {} FROM Documents WHERE kv_fold(DocumentID) = kv_fold(?1)", kFloorColumns));
+  FloorStatement read(
+      db, fmt::format("SELECT {} FROM Documents WHERE kv_fold(DocumentID) = kv_fold(?1)",
+                      kFloorColumns));
   FloorStatement write(db, "UPDATE Documents SET DocUser4 = ?1 WHERE ID = ?2 AND DocUser4 IS ?3");
   int n = 0;
   for (auto _ : state) {
@@ -179,7 +195,8 @@ void joinTextOnly(benchmark::State& state) {
   int n = 0;
   for (auto _ : state) {
     n = (n + 7919) % 10000;
-    const std::string text = "Select DocumentTitle From Documents Where DocumentID = '" + documentId(n) + "'";
+    const std::string text =
+        "Select DocumentTitle From Documents Where DocumentID = '" + documentId(n) + "'";
     benchmark::DoNotOptimize(text.data());
   }
 }
@@ -187,16 +204,36 @@ void joinTextOnly(benchmark::State& state) {
 constexpr int kSmall = 10'000;
 constexpr int kLarge = 100'000;
 
-BENCHMARK(readAll)->Name("read all by title/kvvesk")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
-BENCHMARK(readAllFloor)->Name("read all by title/floor")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+BENCHMARK(readAll)
+    ->Name("read all by title/kvvesk")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(readAllFloor)
+    ->Name("read all by title/floor")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(openFirst, sorted, "DocUser1")
-    ->Name("open sorted, first row/kvvesk")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+    ->Name("open sorted, first row/kvvesk")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(openFirstSortedFloor)
-    ->Name("open sorted, first row/floor")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+    ->Name("open sorted, first row/floor")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(openFirst, indexed, "DocumentTitle")
-    ->Name("open by title, count, first row/kvvesk")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+    ->Name("open by title, count, first row/kvvesk")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(openFirstIndexedFloor)
-    ->Name("open by title, count, first row/floor")->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+    ->Name("open by title, count, first row/floor")
+    ->Arg(kSmall)
+    ->Arg(kLarge)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(oneField)->Name("one field/kvvesk")->Arg(kSmall)->Arg(kLarge);
 BENCHMARK(oneFieldFloor)->Name("one field/floor")->Arg(kSmall)->Arg(kLarge);
 BENCHMARK(editUpdate)->Name("edit and update/kvvesk")->Arg(kSmall)->Arg(kLarge);

@@ -33,7 +33,8 @@ class Folder {
   fs::path path_;
 };
 
-// A number that visits 0 to size - 1 in no order; good enough to keep titles from being sorted already.
+// A number that visits 0 to size - 1 in no order; good enough to keep titles from being sorted
+// already.
 int scattered(int n, int size) {
   return static_cast<int>((static_cast<long long>(n) * 7919 + 104729) % size);
 }
@@ -43,24 +44,28 @@ void fill(const std::string& path, int documents) {
   db.run("BEGIN IMMEDIATE");
   FloorStatement document(
       db,
-      "INSERT INTO Documents (DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
+      "INSERT INTO Documents (DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, "
+      "EffectiveDate, "
       "DocUser1, DocUser2, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID) "
       "VALUES (?1, ?2, ?3, 'B', '2024-03-09', ?4, 'Procedure', ?5, 0, ?6, -1, ?7)");
-  FloorStatement revision(
-      db,
-      "INSERT INTO Revisions (RevisionID, DocumentID, RevisionLevel, ChangeDescription, EffectiveDate, "
-      "ResponsibleID, RoutingStatus, RevisionStatus) VALUES (?1, ?2, 'B', 'First issue', '2024-03-09', "
-      "'User1', 0, 1)");
+  FloorStatement revision(db,
+                          "INSERT INTO Revisions (RevisionID, DocumentID, RevisionLevel, "
+                          "ChangeDescription, EffectiveDate, "
+                          "ResponsibleID, RoutingStatus, RevisionStatus) VALUES (?1, ?2, 'B', "
+                          "'First issue', '2024-03-09', "
+                          "'User1', 0, 1)");
   FloorStatement copy(db,
                       "INSERT INTO Personals (UserID, DocumentID, ManualID, HardCopy, RevisionID) "
                       "VALUES (?1, ?2, '0', ?3, ?4)");
   for (int n = 0; n < documents; ++n) {
     const std::string id = documentId(n);
     document.bind(1, id);
-    document.bind(2, fmt::format("Work instruction {:07} for line {}", scattered(n, documents), n % 40));
+    document.bind(
+        2, fmt::format("Work instruction {:07} for line {}", scattered(n, documents), n % 40));
     document.bind(3, fmt::format("WI-{:07}", n));
     document.bind(4, fmt::format("Department {}", n % 25));
-    document.bind(5, std::string("Replaces the instruction of the same number. See also the plan."));
+    document.bind(5,
+                  std::string("Replaces the instruction of the same number. See also the plan."));
     document.bind(6, fmt::format("instructions/{}/{}.pdf", n % 100, n));
     document.bind(7, n + 1);
     document.run();
@@ -79,7 +84,9 @@ void fill(const std::string& path, int documents) {
 
 }  // namespace
 
-std::string documentId(int n) { return fmt::format("User{}0309241405{:02}{}", n % 500 + 1, n % 60, n); }
+std::string documentId(int n) {
+  return fmt::format("User{}0309241405{:02}{}", n % 500 + 1, n % 60, n);
+}
 
 const std::string& sampleRegister(int documents) {
   static const Folder folder;

@@ -13,14 +13,14 @@ void addCommon(CLI::App& verb, Options& options) {
 
 void addFormats(CLI::App& verb, Options& options, bool lines) {
   const auto format = [&](const char* name, const char* help, Format value) {
-    return verb.add_flag_callback(name, [&options, value] { options.format = value; }, help);
+    return verb.add_flag_callback(
+        name, [&options, value] { options.format = value; }, help);
   };
   auto* csv = format("--csv", "Comma-separated values with a heading", Format::Csv);
   auto* json = format("--json", "One JSON object per statement", Format::Json);
   csv->excludes(json);
   if (!lines) return;
-  auto* jsonl = format("--jsonl",
-                       "One JSON object per statement and line; goes on after an error",
+  auto* jsonl = format("--jsonl", "One JSON object per statement and line; goes on after an error",
                        Format::JsonLines);
   jsonl->excludes(csv);
   jsonl->excludes(json);

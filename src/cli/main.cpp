@@ -13,13 +13,15 @@ namespace {
 
 int run(int argc, char** argv) {
   CLI::App app{
-      "Keeps a controlled-document register: documents, revisions, manuals, users and who holds what.",
+      "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
+      "what.",
       "kvvesk"};
   app.set_version_flag("--version", fmt::format("kvvesk {}.{}.{}", kv::kVersionMajor,
                                                 kv::kVersionMinor, kv::kVersionRevision));
   app.require_subcommand(1);
-  app.footer("The register's answers go to standard output, everything else to standard error.\n"
-             "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
+  app.footer(
+      "The register's answers go to standard output, everything else to standard error.\n"
+      "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
   kv::cli::Action chosen;
   kv::cli::addNew(app, chosen);
   kv::cli::addPasswd(app, chosen);

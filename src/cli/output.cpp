@@ -39,7 +39,8 @@ std::string csvField(const std::string& text) {
 }
 
 bool isRightAligned(std::int32_t type) {
-  return type == kTypeSmallInt || type == kTypeInteger || type == kTypeSingle || type == kTypeDouble;
+  return type == kTypeSmallInt || type == kTypeInteger || type == kTypeSingle ||
+         type == kTypeDouble;
 }
 
 // One line for a terminal: line breaks shown as a mark, long text cut.
@@ -57,7 +58,8 @@ std::string cellText(const std::string& text) {
 }
 
 void writeAligned(std::ostream& out, const std::vector<std::string>& heading,
-                  const std::vector<std::vector<std::string>>& rows, const std::vector<bool>& right) {
+                  const std::vector<std::vector<std::string>>& rows,
+                  const std::vector<bool>& right) {
   std::vector<std::size_t> widths;
   for (const auto& name : heading) widths.push_back(characterCount(name));
   for (const auto& row : rows)
@@ -143,7 +145,7 @@ void writeRows(std::ostream& out, Recordset& rs, Format format) {
         for (const auto& field : fields) {
           const Variant value = field->Value();
           // Nothing for Null, an empty pair of quotes for an empty text.
-          cells.push_back(value.isNull() ? std::string()
+          cells.push_back(value.isNull()   ? std::string()
                           : value.isText() ? csvField(*value.template as<std::string>())
                                            : plainText(value));
         }

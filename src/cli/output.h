@@ -14,8 +14,9 @@ namespace kv::cli {
 // A value as text: ISO dates, true and false, numbers with a point, nothing for Null.
 [[nodiscard]] std::string plainText(const Variant& value);
 
-// All rows of a set, from its first one, in the format asked for. JSON is one object {"columns":[...],"rows":[[...]]},
-// with JSON's own numbers, booleans and null; as JSON lines it stands on one line.
+// All rows of a set, from its first one, in the format asked for. JSON is one object
+// {"columns":[...],"rows":[[...]]}, with JSON's own numbers, booleans and null; as JSON lines it
+// stands on one line.
 void writeRows(std::ostream& out, Recordset& rs, Format format);
 
 // {"affected":n}, or a line that says it.

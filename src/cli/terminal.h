@@ -20,16 +20,18 @@ class UsageError : public std::exception {
   std::string message_;
 };
 
-// The password in an environment variable, else asked for at the terminal without showing it. Raises UsageError where
-// there is neither.
+// The password in an environment variable, else asked for at the terminal without showing it.
+// Raises UsageError where there is neither.
 [[nodiscard]] std::string passwordFor(const char* variable, const std::string& prompt);
-// The same for a new password: at the terminal it is asked for twice. Raises UsageError for an empty one.
+// The same for a new password: at the terminal it is asked for twice. Raises UsageError for an
+// empty one.
 [[nodiscard]] std::string newPasswordFor(const char* variable, const std::string& prompt);
 
 // A value as a connection string takes it, whatever characters it has.
 [[nodiscard]] std::string quotedValue(const std::string& value);
 
-// From now on an interrupt (Ctrl-C) makes the connection's running statement fail; nothing restores the default.
+// From now on an interrupt (Ctrl-C) makes the connection's running statement fail; nothing restores
+// the default.
 void interruptOnSignal(const Ref<kvConnection>& connection);
 
 // A line of progress on standard error while it is a terminal; nothing where it is not.

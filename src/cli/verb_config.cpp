@@ -60,7 +60,9 @@ void addConfig(CLI::App& app, Action& chosen) {
   auto* given = verb->add_option("value", *value, "The new value; empty for none");
   verb->callback([&chosen, options, key, value, given] {
     const bool set = given->count() > 0;
-    chosen = [options, key, value, set] { return config(*options, *key, set ? value.get() : nullptr); };
+    chosen = [options, key, value, set] {
+      return config(*options, *key, set ? value.get() : nullptr);
+    };
   });
 }
 

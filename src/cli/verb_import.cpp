@@ -23,7 +23,8 @@ void show(const ImportReport& report) {
   writeTable(std::cout, {"File", "Rows read", "Refused"}, rows);
   if (report.problems.empty()) {
     rows.clear();
-    for (const auto& [table, count] : report.written) rows.push_back({table, std::to_string(count)});
+    for (const auto& [table, count] : report.written)
+      rows.push_back({table, std::to_string(count)});
     std::cout << '\n';
     writeTable(std::cout, {"Table", "Rows written"}, rows);
     return;
@@ -64,7 +65,8 @@ int import(const Options& options, const std::string& folder, const std::string&
 
 void addImport(CLI::App& app, Action& chosen) {
   auto* verb = app.add_subcommand(
-      "import", "Fill a register from a folder of CSV files, all of it or nothing; for administrators");
+      "import",
+      "Fill a register from a folder of CSV files, all of it or nothing; for administrators");
   const auto options = std::make_shared<Options>();
   const auto folder = std::make_shared<std::string>();
   const auto asOf = std::make_shared<std::string>();

@@ -11,15 +11,16 @@ namespace kv::cli {
 
 namespace {
 
-// The first user has the number 0, below every number the register gives out: a register that is filled from somewhere
-// else can then keep the numbers its users have there.
+// The first user has the number 0, below every number the register gives out: a register that is
+// filled from somewhere else can then keep the numbers its users have there.
 constexpr const char* kFirstUser = "User0";
 
 void addAdministrator(const std::shared_ptr<Database>& database, const std::string& name,
                       const std::string& password) {
   const std::string quoted = "'" + doubledQuotes(name) + "'";
   database->execute("Insert Into Users (ID, UserID, UserName, [Password]) Values (0, '" +
-                    std::string(kFirstUser) + "', " + quoted + ", '" + Passwords().hash(password) + "')");
+                    std::string(kFirstUser) + "', " + quoted + ", '" + Passwords().hash(password) +
+                    "')");
   database->execute("Insert Into VeskProfiles (UserID, UserName, Administrator) Values ('" +
                     std::string(kFirstUser) + "', " + quoted + ", True)");
 }
@@ -31,7 +32,8 @@ int create(const Options& options) {
       "Data Source=" + quotedValue(options.registerPath),
       [&](const auto& database) { addAdministrator(database, options.user, password); });
   connection->Close();
-  std::cout << "made " << options.registerPath << " with the administrator " << options.user << '\n';
+  std::cout << "made " << options.registerPath << " with the administrator " << options.user
+            << '\n';
   return kDone;
 }
 
@@ -42,8 +44,9 @@ void addNew(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<Options>();
   verb->add_option("register", options->registerPath, "The file to make; it must not exist")
       ->required();
-  verb->add_option("-u,--user", options->user,
-                   "Name of the administrator; the password comes from KVVESK_PASSWORD or is asked for")
+  verb->add_option(
+          "-u,--user", options->user,
+          "Name of the administrator; the password comes from KVVESK_PASSWORD or is asked for")
       ->required();
   verb->callback([&chosen, options] { chosen = [options] { return create(*options); }; });
 }

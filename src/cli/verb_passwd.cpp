@@ -14,8 +14,8 @@ namespace {
 constexpr std::int16_t kEditUserPassword = 73;
 constexpr std::int16_t kEditOwnPassword = 133;
 
-// The ID of the user with this ID or, when there is none, with this name. A name that several users have is refused:
-// which of them was meant is not for us to guess.
+// The ID of the user with this ID or, when there is none, with this name. A name that several users
+// have is refused: which of them was meant is not for us to guess.
 std::string findUser(const std::shared_ptr<Database>& database, const std::string& user) {
   const std::string quoted = "'" + doubledQuotes(user) + "'";
   const auto byId = openOwn(database, "Select UserID From Users Where UserID = " + quoted);
@@ -53,9 +53,8 @@ void addPasswd(CLI::App& app, Action& chosen) {
   const auto user = std::make_shared<std::string>();
   addCommon(*verb, *options);
   verb->add_option("name", *user, "The user, by ID or name")->required();
-  verb->callback([&chosen, options, user] {
-    chosen = [options, user] { return change(*options, *user); };
-  });
+  verb->callback(
+      [&chosen, options, user] { chosen = [options, user] { return change(*options, *user); }; });
 }
 
 }  // namespace kv::cli

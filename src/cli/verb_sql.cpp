@@ -9,7 +9,8 @@ namespace kv::cli {
 
 namespace {
 
-// The statement with a caret under the fault, where the error knows the place and the statement is one line.
+// The statement with a caret under the fault, where the error knows the place and the statement is
+// one line.
 void showPlace(const Error& error, const std::string& text) {
   if (error.where().offset > text.size() || text.find('\n') != std::string::npos) return;
   std::cerr << text << '\n'
@@ -67,11 +68,11 @@ void addSql(CLI::App& app, Action& chosen) {
   const auto text = std::make_shared<std::string>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, true);
-  verb->add_option("text", *text, "The statement, or - for statements from standard input, one per line")
+  verb->add_option("text", *text,
+                   "The statement, or - for statements from standard input, one per line")
       ->required();
-  verb->callback([&chosen, options, text] {
-    chosen = [options, text] { return runText(*options, *text); };
-  });
+  verb->callback(
+      [&chosen, options, text] { chosen = [options, text] { return runText(*options, *text); }; });
 }
 
 }  // namespace kv::cli

@@ -1,4 +1,5 @@
-// The program's verbs. Each adds itself to the command line and, when chosen, runs and returns how the program ends.
+// The program's verbs. Each adds itself to the command line and, when chosen, runs and returns how
+// the program ends.
 #pragma once
 
 #include <CLI/CLI.hpp>

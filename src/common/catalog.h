@@ -1,5 +1,5 @@
-// What a database holds: tables, their columns and types. Engines describe their database with it, the SQL
-// front end binds names against it; neither knows the other.
+// What a database holds: tables, their columns and types. Engines describe their database with it,
+// the SQL front end binds names against it; neither knows the other.
 #pragma once
 
 #include <cstdint>
@@ -36,8 +36,8 @@ struct ColumnInfo {
   ColumnType type = ColumnType::Text;
   int size = 0;          // characters a Text column holds; 0 for the other types
   bool counter = false;  // filled by the database, and the table's key
-  // A second name of another column of the same table, read and written as this one's type: the name of that
-  // column. Empty for columns that are stored.
+  // A second name of another column of the same table, read and written as this one's type: the
+  // name of that column. Empty for columns that are stored.
   std::string stands = {};
   // Literal text of the value a new row gets when none is given; empty for Null.
   std::string initial = {};
@@ -66,7 +66,8 @@ struct TableInfo {
   [[nodiscard]] const ColumnInfo* counterColumn() const noexcept;
 };
 
-// An immutable list of tables. Handed out as shared_ptr<const Catalog>; TableInfo pointers live as long as it.
+// An immutable list of tables. Handed out as shared_ptr<const Catalog>; TableInfo pointers live as
+// long as it.
 class Catalog {
  public:
   Catalog() = default;

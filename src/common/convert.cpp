@@ -179,8 +179,6 @@ double roundHalfEven(double value) noexcept {
   return std::fmod(floor, 2) == 0 ? floor : floor + 1;
 }
 
-Variant textOrNull(std::string_view text) {
-  return text.empty() ? Variant(Null) : Variant(text);
-}
+Variant textOrNull(std::string_view text) { return text.empty() ? Variant(Null) : Variant(text); }
 
 }  // namespace kv

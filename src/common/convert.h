@@ -1,4 +1,5 @@
-// Conversions and comparisons of values by the host's rules. Every one states what becomes of Null and Empty.
+// Conversions and comparisons of values by the host's rules. Every one states what becomes of Null
+// and Empty.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +14,8 @@ namespace kv {
 // The value joined to an empty string: Null and Empty give "".
 [[nodiscard]] std::string joinText(const Variant& value);
 
-// The strict conversions: Null raises 94, text that does not read as the target raises 13, a value out of
-// range raises 6. Empty counts as 0, "", False or 1899-12-30. Fractions round half to even.
+// The strict conversions: Null raises 94, text that does not read as the target raises 13, a value
+// out of range raises 6. Empty counts as 0, "", False or 1899-12-30. Fractions round half to even.
 [[nodiscard]] std::string toText(const Variant& value);
 [[nodiscard]] std::int16_t toInt16(const Variant& value);
 [[nodiscard]] std::int32_t toInt32(const Variant& value);
@@ -22,12 +23,12 @@ namespace kv {
 [[nodiscard]] bool toBoolean(const Variant& value);
 [[nodiscard]] Date toDate(const Variant& value);
 
-// Whether the value equals the empty string, as a condition of the host has it: Empty and "" do; Null, numbers
-// and other text do not.
+// Whether the value equals the empty string, as a condition of the host has it: Empty and "" do;
+// Null, numbers and other text do not.
 [[nodiscard]] bool equalsEmptyText(const Variant& value);
 
-// -1, 0 or 1; nothing when either side is Null. Numbers by value, text by code point, every number before
-// every text, Empty as 0 beside numbers and as "" beside text. Objects raise 13.
+// -1, 0 or 1; nothing when either side is Null. Numbers by value, text by code point, every number
+// before every text, Empty as 0 beside numbers and as "" beside text. Objects raise 13.
 [[nodiscard]] std::optional<int> compareValues(const Variant& a, const Variant& b);
 
 // Numbers in text: up to 15 significant digits (7 for single precision), point as separator.
@@ -37,7 +38,8 @@ namespace kv {
 // A whole text that is one number, blanks around it allowed; nothing otherwise.
 [[nodiscard]] std::optional<double> parseNumber(std::string_view text);
 
-// The number that the text begins with, blanks skipped; 0 when it begins with none ("12abc" gives 12).
+// The number that the text begins with, blanks skipped; 0 when it begins with none ("12abc" gives
+// 12).
 [[nodiscard]] double leadingNumber(std::string_view text);
 
 // Nearest whole number, halves to the even neighbour.

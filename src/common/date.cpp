@@ -264,9 +264,7 @@ CalendarTime Date::fields() const noexcept {
 
 bool Date::hasTime() const noexcept { return milliseconds_ % kMsPerDay != 0; }
 
-Date Date::day() const {
-  return fromMilliseconds(floorDiv(milliseconds_, kMsPerDay) * kMsPerDay);
-}
+Date Date::day() const { return fromMilliseconds(floorDiv(milliseconds_, kMsPerDay) * kMsPerDay); }
 
 Date Date::plusDays(std::int64_t days) const {
   return fromMilliseconds(milliseconds_ + days * kMsPerDay);

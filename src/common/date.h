@@ -20,8 +20,9 @@ struct CalendarTime {
   int millisecond = 0;
 };
 
-// A moment, to the millisecond. The count is kept as clients of variant dates know it: the whole part is
-// the day, the absolute value of the fraction is the time of that day, so -1.25 is 1899-12-29 06:00.
+// A moment, to the millisecond. The count is kept as clients of variant dates know it: the whole
+// part is the day, the absolute value of the fraction is the time of that day, so -1.25 is
+// 1899-12-29 06:00.
 class Date {
  public:
   constexpr Date() noexcept = default;
@@ -56,12 +57,13 @@ class Date {
 // "MMDDYYhhmmss" on the 24-hour clock, as identifiers carry it.
 [[nodiscard]] std::string stampText(Date date);
 
-// Reads month/day/four-digit year or year-month-day, each with an optional time (h:mm or h:mm:ss, fraction,
-// AM or PM; a "T" may stand in place of the blank). Anything else is nothing.
+// Reads month/day/four-digit year or year-month-day, each with an optional time (h:mm or h:mm:ss,
+// fraction, AM or PM; a "T" may stand in place of the blank). Anything else is nothing.
 [[nodiscard]] std::optional<Date> parseDate(std::string_view text);
 
-// Reads what may stand between # signs in a statement: as parseDate, and two-digit years (00-29 is 20xx),
-// day and month swapped where the month is impossible, month names, and a time alone (on day 0).
+// Reads what may stand between # signs in a statement: as parseDate, and two-digit years (00-29 is
+// 20xx), day and month swapped where the month is impossible, month names, and a time alone (on day
+// 0).
 [[nodiscard]] std::optional<Date> parseDateLiteral(std::string_view text);
 
 // Reads exactly the form that isoText writes; the fast path for stored values.

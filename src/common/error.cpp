@@ -25,9 +25,10 @@ constexpr std::array kTexts = {
     KnownText{kInvalidNull, kHost, "Invalid use of Null"},
     KnownText{kDuplicateKey, kHost,
               "This key is already associated with an element of this collection"},
-    KnownText{kBadArgument, kData,
-              "Arguments are of the wrong type, are out of acceptable range, or are in conflict with "
-              "one another."},
+    KnownText{
+        kBadArgument, kData,
+        "Arguments are of the wrong type, are out of acceptable range, or are in conflict with "
+        "one another."},
     KnownText{kNoCurrentRow, kData,
               "Either BOF or EOF is True, or the current record has been deleted. Requested "
               "operation requires a current record."},

@@ -14,13 +14,13 @@ inline constexpr std::int32_t kErrorBase = -2147221504;
 
 // Numbers of the host language. They are raised plain; only the COM face adds 0x800A0000.
 enum HostError : std::int32_t {
-  kInvalidCall = 5,      // Invalid procedure call or argument
-  kOverflow = 6,         // Overflow
-  kTypeMismatch = 13,    // Type mismatch
-  kPermission = 70,      // Permission denied
-  kObjectNotSet = 91,    // Object variable or With block variable not set
-  kInvalidNull = 94,     // Invalid use of Null
-  kDuplicateKey = 457,   // This key is already associated with an element of this collection
+  kInvalidCall = 5,     // Invalid procedure call or argument
+  kOverflow = 6,        // Overflow
+  kTypeMismatch = 13,   // Type mismatch
+  kPermission = 70,     // Permission denied
+  kObjectNotSet = 91,   // Object variable or With block variable not set
+  kInvalidNull = 94,    // Invalid use of Null
+  kDuplicateKey = 457,  // This key is already associated with an element of this collection
 };
 
 // Numbers of the record-set layer, plain as well.
@@ -74,8 +74,8 @@ class Error : public std::exception {
   TextRange where_;
 };
 
-// Raises a host or record-set number with its well-known text. `detail`, when given, follows the text
-// after a blank: a name, a value, a reason.
+// Raises a host or record-set number with its well-known text. `detail`, when given, follows the
+// text after a blank: a name, a value, a reason.
 [[noreturn]] void raise(std::int32_t number, std::string_view detail = {});
 
 // The well-known text of a host or record-set number; empty for numbers without one.

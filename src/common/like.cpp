@@ -18,7 +18,8 @@ char32_t next(std::string_view text, std::size_t& at) {
   }
   const int tail = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : 1;
   char32_t value = c & (0x3FU >> static_cast<unsigned>(tail));
-  for (int i = 1; i <= tail; ++i) value = (value << 6U) | (byte(at + static_cast<std::size_t>(i)) & 0x3FU);
+  for (int i = 1; i <= tail; ++i)
+    value = (value << 6U) | (byte(at + static_cast<std::size_t>(i)) & 0x3FU);
   at += static_cast<std::size_t>(tail) + 1;
   return value;
 }

@@ -7,17 +7,18 @@
 
 namespace kv {
 
-// Which characters stand for "any text" and "any one character". The sets exclude each other: under one,
-// the other's characters are ordinary.
+// Which characters stand for "any text" and "any one character". The sets exclude each other: under
+// one, the other's characters are ordinary.
 enum class Wildcards { PercentUnderscore, AsteriskQuestion };
 
-// A pattern, read once and matched many times. Letters match without regard to case (both sides are folded).
-// [abc], [a-c] and [!a-c] match one character of, or outside, a list; a wildcard or [ in a list is itself,
-// which is the only way to escape one; a hyphen first or last in a list is itself. A [ that no ] follows is an
-// ordinary character, [] matches nothing at all and is passed over.
+// A pattern, read once and matched many times. Letters match without regard to case (both sides are
+// folded). [abc], [a-c] and [!a-c] match one character of, or outside, a list; a wildcard or [ in a
+// list is itself, which is the only way to escape one; a hyphen first or last in a list is itself.
+// A [ that no ] follows is an ordinary character, [] matches nothing at all and is passed over.
 class LikePattern {
  public:
-  explicit LikePattern(std::string_view pattern, Wildcards wildcards = Wildcards::PercentUnderscore);
+  explicit LikePattern(std::string_view pattern,
+                       Wildcards wildcards = Wildcards::PercentUnderscore);
 
   [[nodiscard]] bool matches(std::string_view text) const;
   // As matches, for text that is folded already.

@@ -1,4 +1,5 @@
-// Ref<T>: how objects are handed out. A shared pointer that raises 91 instead of crashing when empty.
+// Ref<T>: how objects are handed out. A shared pointer that raises 91 instead of crashing when
+// empty.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +15,9 @@ class Ref {
  public:
   Ref() noexcept = default;
   // Implicit, so that "no object" is written nullptr, and new objects flow into arguments.
-  Ref(std::nullptr_t) noexcept {}                                            // NOLINT(*-explicit-*)
-  Ref(std::shared_ptr<T> pointer) noexcept : pointer_(std::move(pointer)) {}  // NOLINT(*-explicit-*)
+  Ref(std::nullptr_t) noexcept {}  // NOLINT(*-explicit-*)
+  Ref(std::shared_ptr<T> pointer) noexcept
+      : pointer_(std::move(pointer)) {}  // NOLINT(*-explicit-*)
   template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   Ref(const Ref<U>& other) noexcept : pointer_(other.shared()) {}  // NOLINT(*-explicit-*)
 

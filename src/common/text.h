@@ -35,8 +35,9 @@ namespace kv {
 // Byte offset of a 0-based character; the size of the text when it has fewer characters.
 [[nodiscard]] std::size_t byteOffset(std::string_view text, std::size_t character) noexcept;
 
-// The longest all-digit tail is replaced by the decimal text of its value plus 1, without leading zeros:
-// "0001" gives "2", "A-09" gives "A-10", "A" gives "A1". Tails of any length are counted exactly.
+// The longest all-digit tail is replaced by the decimal text of its value plus 1, without leading
+// zeros: "0001" gives "2", "A-09" gives "A-10", "A" gives "A1". Tails of any length are counted
+// exactly.
 [[nodiscard]] std::string incrementSuffix(std::string_view text);
 
 // The text with every apostrophe doubled, so that it can stand inside a quoted literal.

@@ -22,8 +22,8 @@ void append(utf8proc_int32_t codepoint, std::string& out) {
   out.append(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(count));
 }
 
-// Calls visit for every code point. Malformed bytes are refused at the boundary and do not come here; should
-// one do so all the same, it counts as U+FFFD.
+// Calls visit for every code point. Malformed bytes are refused at the boundary and do not come
+// here; should one do so all the same, it counts as U+FFFD.
 template <class Visit>
 void eachCodepoint(std::string_view text, Visit visit) {
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());

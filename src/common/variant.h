@@ -36,17 +36,17 @@ class Variant {
 
   // Implicit from each kind on purpose: a Variant argument takes any value as it is written.
   Variant() noexcept = default;
-  Variant(NullValue) noexcept : value_(NullValue{}) {}                      // NOLINT(*-explicit-*)
-  Variant(std::int16_t v) noexcept : value_(v) {}                           // NOLINT(*-explicit-*)
-  Variant(std::int32_t v) noexcept : value_(v) {}                           // NOLINT(*-explicit-*)
-  Variant(bool v) noexcept : value_(v) {}                                   // NOLINT(*-explicit-*)
-  Variant(float v) noexcept : value_(v) {}                                  // NOLINT(*-explicit-*)
-  Variant(double v) noexcept : value_(v) {}                                 // NOLINT(*-explicit-*)
-  Variant(Date v) noexcept : value_(v) {}                                   // NOLINT(*-explicit-*)
-  Variant(std::string v) noexcept : value_(std::move(v)) {}                 // NOLINT(*-explicit-*)
-  Variant(std::string_view v) : value_(std::string(v)) {}                   // NOLINT(*-explicit-*)
-  Variant(const char* v) : value_(std::string(v)) {}                        // NOLINT(*-explicit-*)
-  Variant(ObjectRef v) noexcept : value_(std::move(v)) {}                   // NOLINT(*-explicit-*)
+  Variant(NullValue) noexcept : value_(NullValue{}) {}       // NOLINT(*-explicit-*)
+  Variant(std::int16_t v) noexcept : value_(v) {}            // NOLINT(*-explicit-*)
+  Variant(std::int32_t v) noexcept : value_(v) {}            // NOLINT(*-explicit-*)
+  Variant(bool v) noexcept : value_(v) {}                    // NOLINT(*-explicit-*)
+  Variant(float v) noexcept : value_(v) {}                   // NOLINT(*-explicit-*)
+  Variant(double v) noexcept : value_(v) {}                  // NOLINT(*-explicit-*)
+  Variant(Date v) noexcept : value_(v) {}                    // NOLINT(*-explicit-*)
+  Variant(std::string v) noexcept : value_(std::move(v)) {}  // NOLINT(*-explicit-*)
+  Variant(std::string_view v) : value_(std::string(v)) {}    // NOLINT(*-explicit-*)
+  Variant(const char* v) : value_(std::string(v)) {}         // NOLINT(*-explicit-*)
+  Variant(ObjectRef v) noexcept : value_(std::move(v)) {}    // NOLINT(*-explicit-*)
 
   [[nodiscard]] VariantKind kind() const noexcept {
     return static_cast<VariantKind>(value_.index());
@@ -65,8 +65,8 @@ class Variant {
     return std::get_if<T>(&value_);
   }
 
-  // Same kind and same value; text by its bytes. For tests and containers; the host's comparison, which
-  // converts, is compareValues.
+  // Same kind and same value; text by its bytes. For tests and containers; the host's comparison,
+  // which converts, is compareValues.
   friend bool operator==(const Variant&, const Variant&) noexcept = default;
 
  private:

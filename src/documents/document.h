@@ -23,7 +23,8 @@ class clsVeskDocument : public Object {
   void DataServer(const Ref<kvDataServer>& server) { dataServer_ = server; }
 
   // Opens the data server and names this class's tables to it. The result is always Empty.
-  Variant OpenConnection(const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
+  Variant OpenConnection(const std::string& ConnectionString = {},
+                         const Ref<kvProfile>& oProfile = {});
   // Does nothing; the result is always Empty.
   Variant Login();
 

@@ -16,8 +16,8 @@ class kvConfig : public Object {
   // Keys are found without regard to case. A Null value reads as Empty; an unknown key raises 3265.
   [[nodiscard]] Variant Value(const std::string& Key) const;
   void Store(const std::string& Key, const Variant& Value);
-  // The display label kept under a key, as text. Form 0 is the label as configured, which is the only one there is;
-  // others raise 3001.
+  // The display label kept under a key, as text. Form 0 is the label as configured, which is the
+  // only one there is; others raise 3001.
   [[nodiscard]] std::string Label(const std::string& Key, std::int16_t Form) const;
 
  private:

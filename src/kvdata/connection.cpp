@@ -11,8 +11,8 @@ namespace kv {
 Ref<kvConnection> kvConnection::open(const std::string& ConnectionString) {
   auto engine = engine::open(parseConnectionString(ConnectionString));
   auto catalog = std::make_shared<const Catalog>(withSecondNames(engine->catalog()));
-  return makeRef<kvConnection>(
-      ConnectionString, std::make_shared<Database>(std::move(engine), std::move(catalog)));
+  return makeRef<kvConnection>(ConnectionString,
+                               std::make_shared<Database>(std::move(engine), std::move(catalog)));
 }
 
 kvConnection::kvConnection(std::string connectionString, std::shared_ptr<Database> database)

@@ -17,8 +17,9 @@
 
 namespace kv {
 
-// Sees each text given to OpenRecordset and Execute, exactly as given and before anything is done with it, malformed
-// ones too. The components' own reads and writes (configuration, rights, counters, saved queries) do not pass here.
+// Sees each text given to OpenRecordset and Execute, exactly as given and before anything is done
+// with it, malformed ones too. The components' own reads and writes (configuration, rights,
+// counters, saved queries) do not pass here.
 using StatementObserver = std::function<void(std::string_view)>;
 
 class kvConnection : public Object {
@@ -27,31 +28,33 @@ class kvConnection : public Object {
   [[nodiscard]] static Ref<kvConnection> open(const std::string& ConnectionString);
   kvConnection(std::string connectionString, std::shared_ptr<Database> database);
 
-  // Opens a record set over a SELECT. Another statement is executed, and the set that comes back is closed.
-  // CursorType and LockType as in constants.h; Options says that the text is a statement, which it always is.
-  [[nodiscard]] Ref<Recordset> OpenRecordset(const std::string& SQL, std::int32_t CursorType = kKeyset,
+  // Opens a record set over a SELECT. Another statement is executed, and the set that comes back is
+  // closed. CursorType and LockType as in constants.h; Options says that the text is a statement,
+  // which it always is.
+  [[nodiscard]] Ref<Recordset> OpenRecordset(const std::string& SQL,
+                                             std::int32_t CursorType = kKeyset,
                                              std::int32_t LockType = kOptimistic,
                                              std::int32_t Options = 3);
-  // Executes an INSERT, UPDATE or DELETE; RecordsAffected receives how many rows it changed. A SELECT is checked, not
-  // run, and gives 0.
+  // Executes an INSERT, UPDATE or DELETE; RecordsAffected receives how many rows it changed. A
+  // SELECT is checked, not run, and gives 0.
   void Execute(const std::string& SQL, std::int32_t& RecordsAffected, std::int32_t Options = 1);
-  // Ends the connection for everybody who shares it; record sets that are open then raise 3709. Closing twice is
-  // allowed.
+  // Ends the connection for everybody who shares it; record sets that are open then raise 3709.
+  // Closing twice is allowed.
   void Close();
 
   [[nodiscard]] bool isOpen() const noexcept { return database_->isOpen(); }
   [[nodiscard]] const std::string& ConnectionString() const noexcept { return connectionString_; }
 
-  // A transaction of the client's; operations inside it become marks in it. They nest; Commit and Rollback raise 3219
-  // when none is open.
+  // A transaction of the client's; operations inside it become marks in it. They nest; Commit and
+  // Rollback raise 3219 when none is open.
   void BeginTrans();
   void CommitTrans();
   void RollbackTrans();
 
   // Adds an observer; it is called until the connection closes.
   void Observe(StatementObserver observer) { observers_.push_back(std::move(observer)); }
-  // The path of a log of every statement text, one per line, with \ , CR and LF written as \\, \r and \n. An empty path
-  // turns it off; a path that cannot be written raises -2147467259.
+  // The path of a log of every statement text, one per line, with \ , CR and LF written as \\, \r
+  // and \n. An empty path turns it off; a path that cannot be written raises -2147467259.
   [[nodiscard]] const std::string& StatementLog() const noexcept { return logPath_; }
   void StatementLog(const std::string& path);
 

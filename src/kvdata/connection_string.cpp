@@ -1,6 +1,5 @@
 #include "kvdata/connection_string.h"
 
-
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
@@ -60,8 +59,8 @@ engine::OpenOptions parseConnectionString(std::string_view text) {
       if (key == "data source") {
         out.location = value;
       } else if (key == "lock timeout") {
-        out.lockTimeout =
-            std::chrono::milliseconds(static_cast<std::int64_t>(amount(value, kMostSeconds) * 1000));
+        out.lockTimeout = std::chrono::milliseconds(
+            static_cast<std::int64_t>(amount(value, kMostSeconds) * 1000));
       } else if (key == "page cache") {
         out.cacheMiB = static_cast<int>(amount(value, kMostMiB));
       } else if (key == "memory map") {

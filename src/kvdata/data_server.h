@@ -15,12 +15,13 @@ class kvDataServer : public Object {
   // It always has a profile; a new one has nobody logged in and no connection.
   kvDataServer();
 
-  // With a connection string: opens it and gives the connection to the profile, `oProfile` or the own one; a
-  // connection that profile had before is closed. Without: takes over `oProfile` with the connection it has. Raises
-  // 3709 when neither gives a connection.
-  void OpenConnection(const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
-  // The names of the tables it manages; an empty one means that there is none. The last two positions belong to
-  // stores that this library does not have.
+  // With a connection string: opens it and gives the connection to the profile, `oProfile` or the
+  // own one; a connection that profile had before is closed. Without: takes over `oProfile` with
+  // the connection it has. Raises 3709 when neither gives a connection.
+  void OpenConnection(const std::string& ConnectionString = {},
+                      const Ref<kvProfile>& oProfile = {});
+  // The names of the tables it manages; an empty one means that there is none. The last two
+  // positions belong to stores that this library does not have.
   void SetTables(const std::string& Config = {}, const std::string& Groups = {},
                  const std::string& Queries = {}, const std::string& Keywords = {},
                  const std::string& Reporting = {}, const std::string& Profiles = {},

@@ -10,9 +10,7 @@ namespace {
 
 constexpr const char* kProfiles = "VeskProfiles";
 
-std::string ofUser(const std::string& userId) {
-  return "UserID = '" + doubledQuotes(userId) + "'";
-}
+std::string ofUser(const std::string& userId) { return "UserID = '" + doubledQuotes(userId) + "'"; }
 
 }  // namespace
 

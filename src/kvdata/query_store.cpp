@@ -7,7 +7,8 @@ namespace kv {
 
 Ref<Recordset> kvQueries::Open(std::int32_t ID) const {
   return openOwn(connection_->database(),
-                 "Select * From [" + table_ + "] Where QueryID = " + std::to_string(ID), kPessimistic);
+                 "Select * From [" + table_ + "] Where QueryID = " + std::to_string(ID),
+                 kPessimistic);
 }
 
 std::int32_t kvQueries::Add(const std::string& Name) {

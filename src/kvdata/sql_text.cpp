@@ -39,11 +39,11 @@ std::string asColumnName(std::string_view value) {
       refuse(value, 0);
     return std::string(value);
   }
-  const bool plain = !value.empty() && !isDigit(value.front()) && isStorableText(value) &&
-                     std::all_of(value.begin(), value.end(), [](char c) {
-                       return isAsciiLetter(c) || isDigit(c) || c == '_' ||
-                              static_cast<unsigned char>(c) >= 0x80;
-                     });
+  const bool plain =
+      !value.empty() && !isDigit(value.front()) && isStorableText(value) &&
+      std::all_of(value.begin(), value.end(), [](char c) {
+        return isAsciiLetter(c) || isDigit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+      });
   if (!plain) refuse(value, 0);
   return std::string(value);
 }

@@ -1,6 +1,7 @@
-// Joining values into statement texts. The texts are part of the interface, so values go in as they are; what a value
-// must not do is change the shape of the statement around it. These functions know where a value goes, give it back
-// when it can go there, and raise -2147217900 when it cannot; the statement is then never run.
+// Joining values into statement texts. The texts are part of the interface, so values go in as they
+// are; what a value must not do is change the shape of the statement around it. These functions
+// know where a value goes, give it back when it can go there, and raise -2147217900 when it cannot;
+// the statement is then never run.
 #pragma once
 
 #include <string>
@@ -8,15 +9,15 @@
 
 namespace kv {
 
-// A value between apostrophes: every run of apostrophes in it must be of even length. O''Brien passes, O'Brien and
-// x' or 'a'='a do not.
+// A value between apostrophes: every run of apostrophes in it must be of even length. O''Brien
+// passes, O'Brien and x' or 'a'='a do not.
 [[nodiscard]] std::string inQuotes(std::string_view value);
 
 // A value outside quotes: one number with an optional sign.
 [[nodiscard]] std::string asNumber(std::string_view value);
 
-// A value outside quotes that must be the name of a column: letters, digits and underscores, not beginning with a
-// digit, or any name in brackets.
+// A value outside quotes that must be the name of a column: letters, digits and underscores, not
+// beginning with a digit, or any name in brackets.
 [[nodiscard]] std::string asColumnName(std::string_view value);
 
 }  // namespace kv

@@ -61,8 +61,9 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
   bool verified = false;
   if (isStorableText(UserName)) {
     // Names need not be unique: whose password it is may come in.
-    const auto rs = openOwn(database, "Select UserID, UserName, Password From Users Where UserName = '" +
-                                          doubledQuotes(UserName) + "' Order By ID");
+    const auto rs =
+        openOwn(database, "Select UserID, UserName, Password From Users Where UserName = '" +
+                              doubledQuotes(UserName) + "' Order By ID");
     for (; !rs->Eof() && userId.empty(); rs->MoveNext()) {
       const std::string stored = joinText(rs->Fields("Password")->Value());
       if (stored.empty() || Password.empty()) continue;
@@ -91,13 +92,14 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
   Profile()->setUser(userId, userName, std::move(rights), administrator);
 }
 
-// Administrators hold every right. Otherwise the user's own rights count, else those of the workgroup, else for workgroup
-// 0 the viewing rights, else none. A user without a profile row has none either: an empty text says so.
+// Administrators hold every right. Otherwise the user's own rights count, else those of the
+// workgroup, else for workgroup 0 the viewing rights, else none. A user without a profile row has
+// none either: an empty text says so.
 std::string kvUser::rightsOf(const std::string& userId, bool& administrator) const {
   const auto& database = databaseOf(dataServer_);
-  const auto rs = openOwn(database,
-                          "Select Rights, GroupID, Administrator From VeskProfiles Where UserID = '" +
-                              doubledQuotes(userId) + "'");
+  const auto rs =
+      openOwn(database, "Select Rights, GroupID, Administrator From VeskProfiles Where UserID = '" +
+                            doubledQuotes(userId) + "'");
   administrator = false;
   if (rs->Eof()) return {};
   const Variant group = rs->Fields("GroupID")->Value();
@@ -116,9 +118,9 @@ std::string kvUser::rightsOf(const std::string& userId, bool& administrator) con
 
 // Lists of documents show names from VeskProfiles, so a name that is missing there is copied.
 void kvUser::keepName(const std::string& userId, const std::string& userName) const {
-  const auto rs = openOwn(databaseOf(dataServer_),
-                          "Select UserName From VeskProfiles Where UserID = '" + doubledQuotes(userId) +
-                              "'");
+  const auto rs =
+      openOwn(databaseOf(dataServer_),
+              "Select UserName From VeskProfiles Where UserID = '" + doubledQuotes(userId) + "'");
   if (rs->Eof() || !joinText(rs->Fields(0)->Value()).empty() || userName.empty()) return;
   rs->Fields(0)->Value(userName);
   rs->Update();

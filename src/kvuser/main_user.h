@@ -14,26 +14,29 @@ class kvUser : public Object {
   explicit kvUser(PasswordCost cost = {});
 
   // As kvDataServer::OpenConnection, for this object's own data server and its tables.
-  void OpenConnection(const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
+  void OpenConnection(const std::string& ConnectionString = {},
+                      const Ref<kvProfile>& oProfile = {});
   [[nodiscard]] const Ref<kvDataServer>& DataServer() const noexcept { return dataServer_; }
 
   // Two characters by which applications of this family tell themselves apart.
   [[nodiscard]] const std::string& ApplicationCode() const noexcept { return applicationCode_; }
   void ApplicationCode(const std::string& code) { applicationCode_ = code; }
 
-  // Logs a user in: fills `oProfile` (the own data server's when left out) and makes it this object's. When name and
-  // password do not belong together the profile's UserID is empty afterwards; nothing is raised. An empty password
-  // lets nobody in, and neither does a user's missing one. A password that is still kept in clear text is replaced by
-  // its hash at the log-in it lets through.
+  // Logs a user in: fills `oProfile` (the own data server's when left out) and makes it this
+  // object's. When name and password do not belong together the profile's UserID is empty
+  // afterwards; nothing is raised. An empty password lets nobody in, and neither does a user's
+  // missing one. A password that is still kept in clear text is replaced by its hash at the log-in
+  // it lets through.
   void Login(const std::string& UserName, const std::string& Password,
              const Ref<kvProfile>& oProfile = {});
   [[nodiscard]] const Ref<kvProfile>& Profile() const noexcept { return dataServer_->Profile(); }
 
-  // A column of a user's row in Users. Empty for a user who is not there, and for Null; 3265 for an unknown column.
+  // A column of a user's row in Users. Empty for a user who is not there, and for Null; 3265 for an
+  // unknown column.
   [[nodiscard]] Variant UserValue(const std::string& UserID, const std::string& FieldName) const;
-  // The records in Users of the users whose IDs are in the column UserID of a record set, or of the result of a
-  // SELECT, in the order given, each once; IDs without a record are passed over. The set is read from its first row
-  // to its end.
+  // The records in Users of the users whose IDs are in the column UserID of a record set, or of the
+  // result of a SELECT, in the order given, each once; IDs without a record are passed over. The
+  // set is read from its first row to its end.
   [[nodiscard]] Ref<Recordset> UserRecords(const Ref<Recordset>& rs) const;
   [[nodiscard]] Ref<Recordset> UserRecords(const std::string& cSQL) const;
 

@@ -21,9 +21,9 @@ std::string Passwords::hash(std::string_view password) const {
   std::array<unsigned char, kSaltBytes> salt{};
   std::random_device device;
   for (auto& byte : salt) byte = static_cast<unsigned char>(device());
-  std::string out(argon2_encodedlen(cost_.passes, cost_.memoryKiB, kLanes, kSaltBytes, kHashBytes,
-                                    Argon2_id),
-                  '\0');
+  std::string out(
+      argon2_encodedlen(cost_.passes, cost_.memoryKiB, kLanes, kSaltBytes, kHashBytes, Argon2_id),
+      '\0');
   const int code =
       argon2id_hash_encoded(cost_.passes, cost_.memoryKiB, kLanes, password.data(), password.size(),
                             salt.data(), salt.size(), kHashBytes, out.data(), out.size());
@@ -45,6 +45,8 @@ bool Passwords::verifyNobody(std::string_view password) const {
   return false;
 }
 
-bool Passwords::isHash(std::string_view stored) noexcept { return stored.starts_with("$argon2id$"); }
+bool Passwords::isHash(std::string_view stored) noexcept {
+  return stored.starts_with("$argon2id$");
+}
 
 }  // namespace kv

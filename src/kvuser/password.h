@@ -1,4 +1,5 @@
-// Passwords as they are kept: argon2id hashes in their own text form, which carries parameters and salt.
+// Passwords as they are kept: argon2id hashes in their own text form, which carries parameters and
+// salt.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +8,8 @@
 
 namespace kv {
 
-// What one verification costs: 19 MiB of memory, two passes, one lane. A constant of the system, except that tests use
-// less.
+// What one verification costs: 19 MiB of memory, two passes, one lane. A constant of the system,
+// except that tests use less.
 struct PasswordCost {
   std::uint32_t memoryKiB = 19 * 1024;
   std::uint32_t passes = 2;

@@ -7,7 +7,7 @@ namespace kv {
 clsVeskManual::clsVeskManual() : dataServer_(makeRef<kvDataServer>()) {}
 
 Variant clsVeskManual::OpenConnection(const std::string& ConnectionString,
-                                        const Ref<kvProfile>& oProfile) {
+                                      const Ref<kvProfile>& oProfile) {
   dataServer_->OpenConnection(ConnectionString, oProfile);
   dataServer_->SetTables("ManualConfig", "VeskGroups", "ManualQuerys", "", "", "VeskProfiles");
   return {};

@@ -61,7 +61,8 @@ void clsVesk::CloseSession() {
   mainUser_.reset();
   user_.reset();
   revision_.reset();
-  // After a failed version check there is no data server to ask, but the children must be let go all the same.
+  // After a failed version check there is no data server to ask, but the children must be let go
+  // all the same.
   if (!server) raise(kObjectNotSet);
 }
 

@@ -1,5 +1,6 @@
-// clsVesk: the root object, and the only one a client creates. It owns one session: the data server with connection and
-// profile, the user component, and the objects through which clients reach documents, manuals, users and revisions.
+// clsVesk: the root object, and the only one a client creates. It owns one session: the data server
+// with connection and profile, the user component, and the objects through which clients reach
+// documents, manuals, users and revisions.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +22,9 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   struct Private {};
 
  public:
-  // A root object with its children, unconnected. Root and children hold each other: without CloseSession they stay in
-  // memory. `cost` is what verifying a password costs; only tests have a reason to change it.
+  // A root object with its children, unconnected. Root and children hold each other: without
+  // CloseSession they stay in memory. `cost` is what verifying a password costs; only tests have a
+  // reason to change it.
   [[nodiscard]] static Ref<clsVesk> create(PasswordCost cost = {});
   explicit clsVesk(Private) noexcept {}
   ~clsVesk() override;
@@ -42,16 +44,19 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   // The library's version: "major.minor", with the flag "major.minor.revision".
   [[nodiscard]] std::string Version(bool bIncludeRevisionLevel) const;
 
-  // Closes the connection for all who share it and lets go of the six objects. The object is then spent: operations
-  // that reach for one of them raise 91, and so does a second CloseSession.
+  // Closes the connection for all who share it and lets go of the six objects. The object is then
+  // spent: operations that reach for one of them raise 91, and so does a second CloseSession.
   void CloseSession();
 
-  // Opens the register and the children's data servers on it. Success shows in that nothing is raised; the result is
-  // False all the same, and clients rely on that. Raises 2501, 2502, 2503 for versions that do not go together.
-  bool OpenConnection(const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
+  // Opens the register and the children's data servers on it. Success shows in that nothing is
+  // raised; the result is False all the same, and clients rely on that. Raises 2501, 2502, 2503 for
+  // versions that do not go together.
+  bool OpenConnection(const std::string& ConnectionString = {},
+                      const Ref<kvProfile>& oProfile = {});
 
-  // Logs a user in, opening the connection first when none is open. Raises 2505 without anything to open, 2506 for a
-  // name and password that do not belong together; the connection then stays open. The result is always Empty.
+  // Logs a user in, opening the connection first when none is open. Raises 2505 without anything to
+  // open, 2506 for a name and password that do not belong together; the connection then stays open.
+  // The result is always Empty.
   Variant Login(const std::string& UserName, const std::string& Password,
                 const std::string& ConnectionString = {}, const Ref<kvProfile>& oProfile = {});
 

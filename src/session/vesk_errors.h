@@ -13,8 +13,8 @@ struct LibraryError {
 };
 
 // The two about the layout are followed directly by the version this library is made for.
-inline constexpr LibraryError kLayoutTooOld{
-    2501, "OpenConnection", "The Vesk Database needs to be converted to version: "};
+inline constexpr LibraryError kLayoutTooOld{2501, "OpenConnection",
+                                            "The Vesk Database needs to be converted to version: "};
 inline constexpr LibraryError kLayoutTooNew{2502, "OpenConnection",
                                             "Vesk needs to be updated to use this database."};
 inline constexpr LibraryError kUserDataTooOld{2503, "OpenConnection",

@@ -15,27 +15,41 @@ namespace {
 using testing::HasSubstr;
 
 const std::map<std::string, std::string> kFiles = {
-    {"users", "user_id,user_name,workgroup,title,kind\r\nuser1,Anna,Quality,\"Lead, Quality\",person\r\nuser2,\"O'Brien\",,,team\r\n"},
+    {"users",
+     "user_id,user_name,workgroup,title,kind\r\nuser1,Anna,Quality,\"Lead, "
+     "Quality\",person\r\nuser2,\"O'Brien\",,,team\r\n"},
     {"workgroups", "workgroup_id,workgroup,documents,members\r\n3,Quality,1,1\r\n"},
     {"documents",
-     "document_key,document_number,title,workgroup,category,source_status,controlled,secured,current_level,effective_date,current_"
-     "revision,location,creation_date,last_updated,recorded,recorded_by,participating_groups,notes\r\n"
-     "D1,P-1,Plan's end,Quality,procedure,ok,yes,no,B,2001-03-09,R2,p1.pdf,2001-01-01,,2001-02-03T14:05:09Z,user1,,\"two\nlines\"\r\n"
+     "document_key,document_number,title,workgroup,category,source_status,controlled,secured,"
+     "current_level,effective_date,current_"
+     "revision,location,creation_date,last_updated,recorded,recorded_by,participating_groups,"
+     "notes\r\n"
+     "D1,P-1,Plan's "
+     "end,Quality,procedure,ok,yes,no,B,2001-03-09,R2,p1.pdf,2001-01-01,,2001-02-03T14:05:09Z,"
+     "user1,,\"two\nlines\"\r\n"
      "D7,P-1,Other,Quality,,ok,no,yes,Uncontrolled,,,,,,2001-02-03T14:05:09Z,user1,,\r\n"},
     {"revisions",
-     "revision_key,document_key,document_number,sequence,level,stage,milestone,effective_date,recorded,revision_status,routing_status,"
+     "revision_key,document_key,document_number,sequence,level,stage,milestone,effective_date,"
+     "recorded,revision_status,routing_status,"
      "responsible_user,reference,source_status,change_description\r\n"
      "R1,D1,P-1,1,A,,,2001-01-01,2001-01-01T00:00:00Z,0,0,user1,,ok,First\r\n"
      "R2,D1,P-1,2,B,,,2001-03-09,2001-03-01T00:00:00Z,1,1,user2,#5,ok,Second\r\n"},
     {"owners", "document_key,document_number,position,user_id\r\nD1,P-1,1,user1\r\n"},
-    {"approvers", "document_key,document_number,list_order,user_id,note\r\nD1,P-1,1,user2,\r\nD1,P-1,2,TBD,\r\n"},
+    {"approvers",
+     "document_key,document_number,list_order,user_id,note\r\nD1,P-1,1,user2,\r\nD1,P-1,2,TBD,"
+     "\r\n"},
     {"approvals",
-     "revision_key,document_key,list_order,user_id,approval_status,approved_by,date_approved\r\nR2,D1,1,user2,1,user1,2001-02-20\r\n"
+     "revision_key,document_key,list_order,user_id,approval_status,approved_by,date_approved\r\nR2,"
+     "D1,1,user2,1,user1,2001-02-20\r\n"
      "R2,D1,2,TBD,0,,\r\nR2,D1,3,user1,0,,\r\n"},
-    {"manuals", "manual_key,manual_name,workgroup,owned_documents,participating_documents\r\nM1,Handbook,Quality,1,0\r\n"},
-    {"manual_contents", "manual_key,position,document_key,document_number,relation\r\nM1,1.5,D1,P-1,owning\r\n"},
+    {"manuals",
+     "manual_key,manual_name,workgroup,owned_documents,participating_documents\r\nM1,Handbook,"
+     "Quality,1,0\r\n"},
+    {"manual_contents",
+     "manual_key,position,document_key,document_number,relation\r\nM1,1.5,D1,P-1,owning\r\n"},
     {"copies",
-     "user_id,manual_key,document_key,kind,copy_number\r\nuser2,M1,,hard,0001\r\nuser1,,D7,virtual,\r\nuser1,M1,,virtual,\r\n"},
+     "user_id,manual_key,document_key,kind,copy_number\r\nuser2,M1,,hard,0001\r\nuser1,,D7,virtual,"
+     "\r\nuser1,M1,,virtual,\r\n"},
     {"keywords", "field,keyword\r\ncategory,procedure\r\nDocUser4,x\r\n"},
 };
 
@@ -77,43 +91,63 @@ class Import : public testing::Test {
 TEST_F(Import, WritesEverythingWhereItBelongs) {
   const auto report = import();
   ASSERT_TRUE(report.problems.empty()) << report.problems[0].file << report.problems[0].reason;
-  EXPECT_EQ(reg_.rows("Select ID, UserID, UserName, Title, User00, User01, User02, User03, [Password] From Users"),
-            (std::vector<std::string>{"1|User1|Anna|Lead, Quality|Quality|1|1/1/2001|person|~", "2|User2|O'Brien|~|~|0|3/1/2001|team|~"}));
-  EXPECT_EQ(reg_.rows("Select UserID, UserName, GroupID, WorkGroupID, UserOptions, Administrator From VeskProfiles"),
-            (std::vector<std::string>{"User1|Anna|3|3|0000110|True", "User2|O'Brien|0|0|0000110|False"}));
-  EXPECT_EQ(reg_.value("Select Rights From VeskProfiles Where UserID = 'User1'"), std::string(255, '1'));
-  EXPECT_EQ(reg_.rows("Select ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, DocumentNotes, SecurityLevel, "
+  EXPECT_EQ(reg_.rows("Select ID, UserID, UserName, Title, User00, User01, User02, User03, "
+                      "[Password] From Users"),
+            (std::vector<std::string>{"1|User1|Anna|Lead, Quality|Quality|1|1/1/2001|person|~",
+                                      "2|User2|O'Brien|~|~|0|3/1/2001|team|~"}));
+  EXPECT_EQ(
+      reg_.rows("Select UserID, UserName, GroupID, WorkGroupID, UserOptions, Administrator From "
+                "VeskProfiles"),
+      (std::vector<std::string>{"User1|Anna|3|3|0000110|True", "User2|O'Brien|0|0|0000110|False"}));
+  EXPECT_EQ(reg_.value("Select Rights From VeskProfiles Where UserID = 'User1'"),
+            std::string(255, '1'));
+  EXPECT_EQ(reg_.rows("Select ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, "
+                      "EffectiveDate, DocumentNotes, SecurityLevel, "
                       "Controlled, CurrentRevID From Documents"),
-            (std::vector<std::string>{"1|User1020301140509|Plan's end|P-1|B|3/9/2001|two\nlines|False|True|2",
-                                      "7|User1020301140510|Other|P-1|Uncontrolled|~|~|True|False|0"}))
+            (std::vector<std::string>{
+                "1|User1020301140509|Plan's end|P-1|B|3/9/2001|two\nlines|False|True|2",
+                "7|User1020301140510|Other|P-1|Uncontrolled|~|~|True|False|0"}))
       << "of two documents of one second the second takes the next";
-  EXPECT_EQ(reg_.rows("Select RevisionID, RevisionLevel, RevUser1, RevUser2, ChangeDescription, Location, ResponsibleID, RoutingStatus, "
+  EXPECT_EQ(reg_.rows("Select RevisionID, RevisionLevel, RevUser1, RevUser2, ChangeDescription, "
+                      "Location, ResponsibleID, RoutingStatus, "
                       "RevisionStatus From Revisions"),
-            (std::vector<std::string>{"1|A|~|ok|First|p1.pdf|User1|0|0", "2|B|#5|ok|Second|p1.pdf|User2|1|1"}));
-  EXPECT_EQ(reg_.rows("Select UserID, ListOrder From Routing"), (std::vector<std::string>{"User2|1", "TBD|2"}));
-  EXPECT_EQ(reg_.rows("Select RevID, UserID, ListOrder, ApprovalStatus, ApprovedBy, DateApproved From ApprovalRouting"),
-            (std::vector<std::string>{"2|User2|1|1|User1|2/20/2001", "2|TBD|2|0|~|~", "2|User1|3|0|~|~"}));
-  EXPECT_EQ(reg_.value("Select ID, ManualID, ManualName, ManUser1, ManUser2, ManUser3 From Manuals"),
-            "1|User2040101080000|Handbook|Quality|1|0");
+            (std::vector<std::string>{"1|A|~|ok|First|p1.pdf|User1|0|0",
+                                      "2|B|#5|ok|Second|p1.pdf|User2|1|1"}));
+  EXPECT_EQ(reg_.rows("Select UserID, ListOrder From Routing"),
+            (std::vector<std::string>{"User2|1", "TBD|2"}));
+  EXPECT_EQ(reg_.rows("Select RevID, UserID, ListOrder, ApprovalStatus, ApprovedBy, DateApproved "
+                      "From ApprovalRouting"),
+            (std::vector<std::string>{"2|User2|1|1|User1|2/20/2001", "2|TBD|2|0|~|~",
+                                      "2|User1|3|0|~|~"}));
+  EXPECT_EQ(
+      reg_.value("Select ID, ManualID, ManualName, ManUser1, ManUser2, ManUser3 From Manuals"),
+      "1|User2040101080000|Handbook|Quality|1|0");
   EXPECT_EQ(reg_.value("Select Position From ManualContents"), "1.5");
-  EXPECT_EQ(reg_.rows("Select ReleaseID, UserID, DocumentID, ManualID, HardCopy, CopyNumber, RevisionID From Personals"),
+  EXPECT_EQ(reg_.rows("Select ReleaseID, UserID, DocumentID, ManualID, HardCopy, CopyNumber, "
+                      "RevisionID From Personals"),
             (std::vector<std::string>{"1|User2|User1020301140509|User2040101080000|True|0001|2",
                                       "2|User1|User1020301140510|0|False|~|0",
                                       "3|User1|User1020301140509|User2040101080000|False|-1|2"}));
-  EXPECT_EQ(reg_.rows("Select * From Keywords"), (std::vector<std::string>{"DocUser2|procedure", "DocUser4|x"}));
-  EXPECT_EQ(reg_.rows("Select ActionID, AssigneeID, Assignee, Description, OriginatorID, DateOpened, DateDue, DateClosed From Actions"),
-            (std::vector<std::string>{"1|User2|O'Brien|Revision B of the Plan's end Document requires your approval.|User2|2/20/2001|2/25/2001|2/20/2001",
-                                      "2|TBD|~|Revision B of the Plan's end Document requires your approval.|User2|3/1/2001|3/6/2001|~"}));
+  EXPECT_EQ(reg_.rows("Select * From Keywords"),
+            (std::vector<std::string>{"DocUser2|procedure", "DocUser4|x"}));
+  EXPECT_EQ(reg_.rows("Select ActionID, AssigneeID, Assignee, Description, OriginatorID, "
+                      "DateOpened, DateDue, DateClosed From Actions"),
+            (std::vector<std::string>{"1|User2|O'Brien|Revision B of the Plan's end Document "
+                                      "requires your approval.|User2|2/20/2001|2/25/2001|2/20/2001",
+                                      "2|TBD|~|Revision B of the Plan's end Document requires your "
+                                      "approval.|User2|3/1/2001|3/6/2001|~"}));
   EXPECT_EQ(reg_.rows("Select * From Groups").size(), 1U);
   EXPECT_EQ(reg_.rows("Select * From VeskGroups"), reg_.rows("Select * From Groups"));
 }
 
 TEST_F(Import, GivesTheFieldsTheirMeaning) {
   ASSERT_TRUE(import().problems.empty());
-  EXPECT_EQ(reg_.value("Select User00, TypeUser00, User01, TypeUser01, User02, TypeUser02, User03, User04 From UserConfig"),
+  EXPECT_EQ(reg_.value("Select User00, TypeUser00, User01, TypeUser01, User02, TypeUser02, User03, "
+                       "User04 From UserConfig"),
             "Workgroup|0|Documents owned|1|First revision|2|Kind|~");
   EXPECT_EQ(reg_.value("Select DocUser1, DocUser2 From DocumentConfig"), "Workgroup|Category");
-  EXPECT_EQ(reg_.rows("Select UserID From Users Where User01 > 0 and User02 < #2/1/2001#"), (std::vector<std::string>{"User1"}));
+  EXPECT_EQ(reg_.rows("Select UserID From Users Where User01 > 0 and User02 < #2/1/2001#"),
+            (std::vector<std::string>{"User1"}));
 }
 
 TEST_F(Import, KeepsLabelsAndTypesThatSomebodySet) {
@@ -141,31 +175,53 @@ TEST_F(Import, CountersGoOnAboveTheHighest) {
 }
 
 TEST_F(Import, RefusesWhatIsWrong) {
-  EXPECT_EQ(refusal({{"users", with("users", "title", "tittle")}}), "users 1: the column 'title' is missing");
-  EXPECT_EQ(refusal({{"users", with("users", "kind\r\n", "kind,kind\r\n")}}), "users 1: the column 'kind' occurs twice");
+  EXPECT_EQ(refusal({{"users", with("users", "title", "tittle")}}),
+            "users 1: the column 'title' is missing");
+  EXPECT_EQ(refusal({{"users", with("users", "kind\r\n", "kind,kind\r\n")}}),
+            "users 1: the column 'kind' occurs twice");
   EXPECT_EQ(refusal({{"users", ""}}), "users 0: the file has no heading");
-  EXPECT_EQ(refusal({{"users", with("users", "user2,", "user1,")}}), "users 3: the key 'user1' occurs twice");
-  EXPECT_EQ(refusal({{"users", with("users", "user2,", "userX,")}}), "users 3: 'userX' in user_id is not letters and a number");
-  EXPECT_EQ(refusal({{"users", with("users", "Quality,\"", "Nowhere,\"")}}), "users 2: there is no workgroup 'Nowhere'");
-  EXPECT_EQ(refusal({{"users", with("users", "team", "team,more")}}), "users 3: it has 6 fields where the heading has 5");
-  EXPECT_EQ(refusal({{"users", with("users", "\"Lead, Quality\"", "\"Lead\" Quality")}}), "users 2: a quotation mark is out of place");
-  EXPECT_EQ(refusal({{"users", with("users", "team", "\"team")}}), "users 3: a quotation mark is out of place");
-  EXPECT_EQ(refusal({{"users", with("users", "Anna", "Ann\xE9")}}), "users 2: the field 'user_name' is not well-formed UTF-8");
-  EXPECT_EQ(refusal({{"workgroups", with("workgroups", "3,", "0,")}}), "workgroups 2: the number of a workgroup is 1 or more");
-  EXPECT_EQ(refusal({{"documents", with("documents", "D7", "D1")}}), "documents 3: the key 'D1' occurs twice");
-  EXPECT_EQ(refusal({{"documents", with("documents", "yes,no", "maybe,no")}}), "documents 2: controlled is neither yes nor no");
+  EXPECT_EQ(refusal({{"users", with("users", "user2,", "user1,")}}),
+            "users 3: the key 'user1' occurs twice");
+  EXPECT_EQ(refusal({{"users", with("users", "user2,", "userX,")}}),
+            "users 3: 'userX' in user_id is not letters and a number");
+  EXPECT_EQ(refusal({{"users", with("users", "Quality,\"", "Nowhere,\"")}}),
+            "users 2: there is no workgroup 'Nowhere'");
+  EXPECT_EQ(refusal({{"users", with("users", "team", "team,more")}}),
+            "users 3: it has 6 fields where the heading has 5");
+  EXPECT_EQ(refusal({{"users", with("users", "\"Lead, Quality\"", "\"Lead\" Quality")}}),
+            "users 2: a quotation mark is out of place");
+  EXPECT_EQ(refusal({{"users", with("users", "team", "\"team")}}),
+            "users 3: a quotation mark is out of place");
+  EXPECT_EQ(refusal({{"users", with("users", "Anna", "Ann\xE9")}}),
+            "users 2: the field 'user_name' is not well-formed UTF-8");
+  EXPECT_EQ(refusal({{"workgroups", with("workgroups", "3,", "0,")}}),
+            "workgroups 2: the number of a workgroup is 1 or more");
+  EXPECT_EQ(refusal({{"documents", with("documents", "D7", "D1")}}),
+            "documents 3: the key 'D1' occurs twice");
+  EXPECT_EQ(refusal({{"documents", with("documents", "yes,no", "maybe,no")}}),
+            "documents 2: controlled is neither yes nor no");
   EXPECT_EQ(refusal({{"documents", with("documents", "2001-03-09", "2001-02-30")}}),
             "documents 2: '2001-02-30' in effective_date is not a day such as 2024-03-09");
-  EXPECT_EQ(refusal({{"documents", with("documents", "2001-02-03T14:05:09Z", "recently")}}), "documents 2: recorded is not a date and time");
-  EXPECT_EQ(refusal({{"documents", with("documents", "R2", "R9")}}), "documents 2: there is no revision 'R9'");
-  EXPECT_EQ(refusal({{"revisions", with("revisions", "R1,D1", "R1,D9")}}), "revisions 2: there is no document 'D9'");
-  EXPECT_EQ(refusal({{"revisions", with("revisions", "Z,0,0", "Z,6,0")}}), "revisions 2: '6' in revision_status is not a whole number from 0 to 5");
-  EXPECT_EQ(refusal({{"owners", with("owners", "user1", "user9")}}), "owners 2: there is no user 'user9' (user_id)");
-  EXPECT_EQ(refusal({{"approvals", with("approvals", "R2", "R9")}}), "approvals 2: there is no revision 'R9'");
-  EXPECT_EQ(refusal({{"manual_contents", with("manual_contents", "M1", "M9")}}), "manual_contents 2: there is no manual 'M9'");
-  EXPECT_EQ(refusal({{"manual_contents", with("manual_contents", "1.5", "first")}}), "manual_contents 2: position is not a number");
-  EXPECT_EQ(refusal({{"copies", with("copies", "M1,,hard", "M1,D1,hard")}}), "copies 2: a copy is of a manual or of a document");
-  EXPECT_EQ(refusal({{"copies", with("copies", "hard", "soft")}}), "copies 2: kind is neither hard nor virtual");
+  EXPECT_EQ(refusal({{"documents", with("documents", "2001-02-03T14:05:09Z", "recently")}}),
+            "documents 2: recorded is not a date and time");
+  EXPECT_EQ(refusal({{"documents", with("documents", "R2", "R9")}}),
+            "documents 2: there is no revision 'R9'");
+  EXPECT_EQ(refusal({{"revisions", with("revisions", "R1,D1", "R1,D9")}}),
+            "revisions 2: there is no document 'D9'");
+  EXPECT_EQ(refusal({{"revisions", with("revisions", "Z,0,0", "Z,6,0")}}),
+            "revisions 2: '6' in revision_status is not a whole number from 0 to 5");
+  EXPECT_EQ(refusal({{"owners", with("owners", "user1", "user9")}}),
+            "owners 2: there is no user 'user9' (user_id)");
+  EXPECT_EQ(refusal({{"approvals", with("approvals", "R2", "R9")}}),
+            "approvals 2: there is no revision 'R9'");
+  EXPECT_EQ(refusal({{"manual_contents", with("manual_contents", "M1", "M9")}}),
+            "manual_contents 2: there is no manual 'M9'");
+  EXPECT_EQ(refusal({{"manual_contents", with("manual_contents", "1.5", "first")}}),
+            "manual_contents 2: position is not a number");
+  EXPECT_EQ(refusal({{"copies", with("copies", "M1,,hard", "M1,D1,hard")}}),
+            "copies 2: a copy is of a manual or of a document");
+  EXPECT_EQ(refusal({{"copies", with("copies", "hard", "soft")}}),
+            "copies 2: kind is neither hard nor virtual");
   EXPECT_EQ(refusal({{"users", with("users", "Anna", std::string(101, 'x'))}}).substr(0, 66),
             "users 2: The field is too small to accept the amount of data you a");
 }
@@ -203,12 +259,14 @@ TEST_F(Import, AByteOrderMarkAndFurtherColumnsAreTaken) {
 TEST_F(Import, TheProgramShowsWhatHappened) {
   const std::string path = folder_.file("r.kvv");
   ASSERT_EQ(test::run({"new", path, "--user", "Anna"}).code, 0);
-  const auto good = test::run({"import", folder_.path().string(), path, "-u", "Anna", "--as-of", "2001-04-01T08:00:00"});
+  const auto good = test::run(
+      {"import", folder_.path().string(), path, "-u", "Anna", "--as-of", "2001-04-01T08:00:00"});
   EXPECT_EQ(good.code, 0) << good.err;
   EXPECT_EQ(good.err, "") << "no progress where there is no terminal";
   EXPECT_THAT(good.out, HasSubstr("documents.csv        2          0\n"));
   EXPECT_THAT(good.out, HasSubstr("Personals        3\n"));
-  setFiles({{"owners", with("owners", "user1", "user9")}, {"copies", with("copies", "hard", "soft")}});
+  setFiles(
+      {{"owners", with("owners", "user1", "user9")}, {"copies", with("copies", "hard", "soft")}});
   const auto bad = test::run({"import", folder_.path().string(), path, "-u", "Anna"});
   EXPECT_EQ(bad.code, 1);
   EXPECT_THAT(bad.out, HasSubstr("owners.csv           1          1\n"));
@@ -216,7 +274,9 @@ TEST_F(Import, TheProgramShowsWhatHappened) {
             "owners.csv, record 2: there is no user 'user9' (user_id)\n"
             "copies.csv, record 2: kind is neither hard nor virtual\n"
             "nothing was imported: 2 problems\n");
-  EXPECT_EQ(test::run({"import", folder_.path().string(), path, "-u", "Anna", "--as-of", "soon"}).code, 2);
+  EXPECT_EQ(
+      test::run({"import", folder_.path().string(), path, "-u", "Anna", "--as-of", "soon"}).code,
+      2);
 }
 
 }  // namespace

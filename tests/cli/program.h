@@ -21,6 +21,8 @@ struct Invocation {
 };
 
 [[nodiscard]] Outcome run(const Invocation& invocation);
-[[nodiscard]] inline Outcome run(std::vector<std::string> arguments) { return run(Invocation{std::move(arguments)}); }
+[[nodiscard]] inline Outcome run(std::vector<std::string> arguments) {
+  return run(Invocation{std::move(arguments)});
+}
 
 }  // namespace kv::test

@@ -1,5 +1,6 @@
-// A real register of 655 documents: imported, and asked questions whose answers are worked out from the CSV files by plain
-// loops. Then compared, value by value, with the Access file that holds the same register.
+// A real register of 655 documents: imported, and asked questions whose answers are worked out from
+// the CSV files by plain loops. Then compared, value by value, with the Access file that holds the
+// same register.
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -39,8 +40,10 @@ class RealRegister : public testing::Test {
     delete report_;
   }
   void SetUp() override {
-    if (folder_ == nullptr) GTEST_SKIP() << "no proposals-register beside the checkout or in KVVESK_DATA";
-    ASSERT_TRUE(report_->problems.empty()) << report_->problems[0].file << ": " << report_->problems[0].reason;
+    if (folder_ == nullptr)
+      GTEST_SKIP() << "no proposals-register beside the checkout or in KVVESK_DATA";
+    ASSERT_TRUE(report_->problems.empty())
+        << report_->problems[0].file << ": " << report_->problems[0].reason;
   }
   static CsvTable csv(const std::string& name, const std::vector<std::string>& columns) {
     std::vector<cli::Problem> problems;
@@ -71,14 +74,24 @@ cli::ImportReport* RealRegister::report_ = nullptr;
 
 TEST_F(RealRegister, ReadsAndWritesEveryRow) {
   const std::map<std::string, std::size_t> read(report_->read.begin(), report_->read.end());
-  EXPECT_EQ(read, (std::map<std::string, std::size_t>{{"users", 771}, {"workgroups", 32}, {"documents", 655}, {"revisions", 1613},
-                                                      {"owners", 1109}, {"approvers", 1245}, {"approvals", 897}, {"manuals", 22},
-                                                      {"manual_contents", 825}, {"copies", 1983}, {"keywords", 20}}));
-  const std::map<std::string, std::size_t> written(report_->written.begin(), report_->written.end());
+  EXPECT_EQ(read, (std::map<std::string, std::size_t>{{"users", 771},
+                                                      {"workgroups", 32},
+                                                      {"documents", 655},
+                                                      {"revisions", 1613},
+                                                      {"owners", 1109},
+                                                      {"approvers", 1245},
+                                                      {"approvals", 897},
+                                                      {"manuals", 22},
+                                                      {"manual_contents", 825},
+                                                      {"copies", 1983},
+                                                      {"keywords", 20}}));
+  const std::map<std::string, std::size_t> written(report_->written.begin(),
+                                                   report_->written.end());
   EXPECT_EQ(written.at("Personals"), 5602U);
   EXPECT_EQ(written.at("Actions"), 863U);
   for (const auto& [table, count] : written)
-    EXPECT_EQ(reg_->value(fmt::format("Select Count(*) From [{}]", table)), std::to_string(count)) << table;
+    EXPECT_EQ(reg_->value(fmt::format("Select Count(*) From [{}]", table)), std::to_string(count))
+        << table;
 }
 
 TEST_F(RealRegister, DocumentsPerWorkgroup) {
@@ -94,7 +107,8 @@ TEST_F(RealRegister, TitlesOfAWorkgroupInOrder) {
   const auto documents = csv("documents", {"workgroup", "title"});
   std::vector<std::pair<std::string, std::size_t>> titles;
   for (std::size_t r = 0; r < documents.rows(); ++r)
-    if (documents.at(r, "workgroup") == "sig-node") titles.emplace_back(documents.at(r, "title"), r);
+    if (documents.at(r, "workgroup") == "sig-node")
+      titles.emplace_back(documents.at(r, "title"), r);
   const auto lower = [](std::string s) {
     for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return s;
@@ -104,7 +118,10 @@ TEST_F(RealRegister, TitlesOfAWorkgroupInOrder) {
   });
   Rows expected;
   for (const auto& [title, row] : titles) expected.push_back(title);
-  EXPECT_EQ(reg_->rows("Select DocumentTitle From Documents Where DocUser1 = 'SIG-NODE' Order By DocumentTitle"), expected);
+  EXPECT_EQ(
+      reg_->rows(
+          "Select DocumentTitle From Documents Where DocUser1 = 'SIG-NODE' Order By DocumentTitle"),
+      expected);
 }
 
 TEST_F(RealRegister, ControlledDocumentsWithoutACurrentRevision) {
@@ -115,7 +132,9 @@ TEST_F(RealRegister, ControlledDocumentsWithoutACurrentRevision) {
     if (documents.at(r, "controlled") == "yes" && documents.at(r, "current_revision").empty())
       expected.push_back(ids.at(documents.at(r, "document_key")));
   EXPECT_EQ(expected.size(), 95U);
-  EXPECT_EQ(reg_->rows("Select DocumentID From Documents Where Controlled <> 0 and CurrentRevID Is Null"), expected);
+  EXPECT_EQ(
+      reg_->rows("Select DocumentID From Documents Where Controlled <> 0 and CurrentRevID Is Null"),
+      expected);
 }
 
 TEST_F(RealRegister, HoldersOfEveryManual) {
@@ -125,15 +144,19 @@ TEST_F(RealRegister, HoldersOfEveryManual) {
   for (std::size_t m = 0; m < manuals.rows(); ++m) {
     const std::string& key = manuals.at(m, "manual_key");
     bool empty = true;
-    for (std::size_t r = 0; r < contents.rows(); ++r) empty = empty && contents.at(r, "manual_key") != key;
+    for (std::size_t r = 0; r < contents.rows(); ++r)
+      empty = empty && contents.at(r, "manual_key") != key;
     std::set<std::pair<std::string, std::string>> holders;
     for (std::size_t r = 0; r < copies.rows() && !empty; ++r)
-      if (copies.at(r, "manual_key") == key) holders.emplace(userId(copies.at(r, "user_id")), copies.at(r, "copy_number"));
+      if (copies.at(r, "manual_key") == key)
+        holders.emplace(userId(copies.at(r, "user_id")), copies.at(r, "copy_number"));
     std::set<std::string> expected;
     for (const auto& [user, number] : holders) expected.insert(user + "|" + number);
     const auto actual = reg_->rows(
-        "Select Distinct Personals.UserID, Personals.CopyNumber From Personals Inner Join Manuals On Personals.ManualID = "
-        "Manuals.ManualID Where Manuals.ManualName = '" + manuals.at(m, "manual_name") + "' and Personals.HardCopy <> 0");
+        "Select Distinct Personals.UserID, Personals.CopyNumber From Personals Inner Join Manuals "
+        "On Personals.ManualID = "
+        "Manuals.ManualID Where Manuals.ManualName = '" +
+        manuals.at(m, "manual_name") + "' and Personals.HardCopy <> 0");
     EXPECT_EQ(std::set<std::string>(actual.begin(), actual.end()), expected) << key;
   }
 }
@@ -143,12 +166,14 @@ TEST_F(RealRegister, ApproversOfEveryDocumentInOrder) {
   const auto ids = documentIds();
   std::map<std::string, std::map<int, std::string>> lists;
   for (std::size_t r = 0; r < approvers.rows(); ++r)
-    lists[approvers.at(r, "document_key")][std::stoi(approvers.at(r, "list_order"))] = userId(approvers.at(r, "user_id"));
+    lists[approvers.at(r, "document_key")][std::stoi(approvers.at(r, "list_order"))] =
+        userId(approvers.at(r, "user_id"));
   EXPECT_EQ(lists.size(), 654U) << "one document has none";
   for (const auto& [key, list] : lists) {
     Rows expected;
     for (const auto& [order, user] : list) expected.push_back(user);
-    EXPECT_EQ(reg_->rows("Select UserID from Routing Where Routing.DocumentID = '" + ids.at(key) + "' Order By Routing.ListOrder"),
+    EXPECT_EQ(reg_->rows("Select UserID from Routing Where Routing.DocumentID = '" + ids.at(key) +
+                         "' Order By Routing.ListOrder"),
               expected)
         << key;
   }
@@ -156,7 +181,8 @@ TEST_F(RealRegister, ApproversOfEveryDocumentInOrder) {
 
 TEST_F(RealRegister, OdditiesAreKept) {
   EXPECT_EQ(reg_->value("Select Count(*) From Documents Where DocumentNumber = '0000'"), "4");
-  EXPECT_EQ(reg_->value("Select Count(*) From Documents Where DocumentTitle = 'kep template'"), "6");
+  EXPECT_EQ(reg_->value("Select Count(*) From Documents Where DocumentTitle = 'kep template'"),
+            "6");
   EXPECT_EQ(reg_->value("Select Count(*) From Documents Where DocumentTitle Like '%''%'"), "6");
   EXPECT_EQ(reg_->value("Select Count(*) From Routing Where UserID = 'TBD'"), "20");
   EXPECT_EQ(reg_->value("Select Count(*) From Users Where UserID = 'TBD'"), "0");
@@ -165,10 +191,11 @@ TEST_F(RealRegister, OdditiesAreKept) {
 }
 
 // A table of the Access file as rows of text, sorted; Null and empty are the same there.
-Rows accessRows(const std::string& file, const std::string& table, const std::vector<std::string>& columns) {
+Rows accessRows(const std::string& file, const std::string& table,
+                const std::vector<std::string>& columns) {
   const test::TempFolder folder;
-  const std::string command = "mdb-export -D '%Y-%m-%d' -T '%Y-%m-%d %H:%M:%S' '" + file + "' " + table + " > '" +
-                              folder.file(table + ".csv") + "'";
+  const std::string command = "mdb-export -D '%Y-%m-%d' -T '%Y-%m-%d %H:%M:%S' '" + file + "' " +
+                              table + " > '" + folder.file(table + ".csv") + "'";
   EXPECT_EQ(std::system(command.c_str()), 0) << command;
   std::vector<cli::Problem> problems;
   const CsvTable csv(folder.path().string(), table, columns, problems);
@@ -189,12 +216,15 @@ Rows accessRows(const std::string& file, const std::string& table, const std::ve
 
 TEST_F(RealRegister, IsTheRegisterThatTheAccessFileHolds) {
   REQUIRE_SHARED_DATA(file, "access/proposals-2000.mdb");
-  // Left out: VeskConfig and the saved queries, which were made for the Access file, and the name of the sending register.
+  // Left out: VeskConfig and the saved queries, which were made for the Access file, and the name
+  // of the sending register.
   const std::map<std::string, std::set<std::string>> tables = {
-      {"Documents", {}}, {"Revisions", {}}, {"Manuals", {}}, {"ManualContents", {}}, {"Personals", {}}, {"Owners", {}},
-      {"Routing", {}}, {"ApprovalRouting", {}}, {"VeskGroups", {}}, {"Groups", {}}, {"VeskProfiles", {}}, {"Users", {}},
-      {"UserConfig", {}}, {"Keywords", {}}, {"DocumentConfig", {}}, {"ManualConfig", {}}, {"RevisionConfig", {}},
-      {"Actions", {"ReferenceID"}}};
+      {"Documents", {}},      {"Revisions", {}},       {"Manuals", {}},
+      {"ManualContents", {}}, {"Personals", {}},       {"Owners", {}},
+      {"Routing", {}},        {"ApprovalRouting", {}}, {"VeskGroups", {}},
+      {"Groups", {}},         {"VeskProfiles", {}},    {"Users", {}},
+      {"UserConfig", {}},     {"Keywords", {}},        {"DocumentConfig", {}},
+      {"ManualConfig", {}},   {"RevisionConfig", {}},  {"Actions", {"ReferenceID"}}};
   for (const auto& [table, leftOut] : tables) {
     std::vector<std::string> columns;
     std::string list;

@@ -82,7 +82,9 @@ TEST(Date, ReadsItsOwnTextAndIso) {
   for (const auto& c : cases) {
     const auto date = parseDate(c.text);
     EXPECT_EQ(date.has_value(), c.iso != nullptr) << c.text;
-    if (date && c.iso != nullptr) { EXPECT_EQ(isoText(*date), c.iso) << c.text; }
+    if (date && c.iso != nullptr) {
+      EXPECT_EQ(isoText(*date), c.iso) << c.text;
+    }
   }
 }
 
@@ -105,13 +107,16 @@ TEST(Date, LiteralsReadMoreForms) {
   for (const auto& c : cases) {
     const auto date = parseDateLiteral(c.text);
     EXPECT_EQ(date.has_value(), c.iso != nullptr) << c.text;
-    if (date && c.iso != nullptr) { EXPECT_EQ(isoText(*date), c.iso) << c.text; }
+    if (date && c.iso != nullptr) {
+      EXPECT_EQ(isoText(*date), c.iso) << c.text;
+    }
   }
 }
 
 TEST(Date, StoredFormIsReadExactly) {
   EXPECT_EQ(*parseIso("2001-03-09 14:05:09.250"), at(2001, 3, 9, 14, 5, 9, 250));
-  for (const char* text : {"2001-3-9", "2001-03-09 14:05", "2001-13-09", "2001-03-09T14:05:09", " 2001-03-09"})
+  for (const char* text :
+       {"2001-3-9", "2001-03-09 14:05", "2001-13-09", "2001-03-09T14:05:09", " 2001-03-09"})
     EXPECT_FALSE(parseIso(text)) << text;
 }
 

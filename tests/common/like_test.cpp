@@ -41,24 +41,12 @@ TEST(Like, PercentAndUnderscore) {
 
 TEST(Like, Lists) {
   const Case cases[] = {
-      {"[abc]x", "bx", true},
-      {"[a-c]", "C", true},
-      {"[a-c]", "d", false},
-      {"[!a-c]", "d", true},
-      {"[!a-c]", "B", false},
-      {"[!a-c]", "", false},
-      {"[%]", "%", true},
-      {"[%]", "x", false},
-      {"[_]", "_", true},
-      {"[[]", "[", true},
-      {"[-a]", "-", true},
-      {"[a-]", "-", true},
-      {"[a-]", "b", false},
-      {"[!]x", "!x", true},
-      {"a[]b", "ab", true},
-      {"a[b", "a[b", true},
-      {"[ä-ü]", "Ö", true},
-      {"%[0-9]%", "part 7", true},
+      {"[abc]x", "bx", true},       {"[a-c]", "C", true},   {"[a-c]", "d", false},
+      {"[!a-c]", "d", true},        {"[!a-c]", "B", false}, {"[!a-c]", "", false},
+      {"[%]", "%", true},           {"[%]", "x", false},    {"[_]", "_", true},
+      {"[[]", "[", true},           {"[-a]", "-", true},    {"[a-]", "-", true},
+      {"[a-]", "b", false},         {"[!]x", "!x", true},   {"a[]b", "ab", true},
+      {"a[b", "a[b", true},         {"[ä-ü]", "Ö", true},   {"%[0-9]%", "part 7", true},
       {"%[0-9]", "part 7a", false},
   };
   for (const auto& c : cases)

@@ -39,7 +39,8 @@ TEST(Error, CarriesNumberSourceAndDescription) {
   EXPECT_EQ(error->number(), 3265);
   EXPECT_EQ(error->source(), "kvData");
   EXPECT_EQ(error->description(),
-            "Item cannot be found in the collection corresponding to the requested name or ordinal. Colour");
+            "Item cannot be found in the collection corresponding to the requested name or "
+            "ordinal. Colour");
   EXPECT_STREQ(error->what(), error->description().c_str());
 }
 

@@ -23,10 +23,12 @@ TEST(FoldKey, TheDottedCapitalIHasItsRootLowerCase) {
 }
 
 TEST(OrderKey, AccentedLettersStandBesideThePlainOnes) {
-  std::vector<std::string> words = {"zebra", "étude", "Eton", "etude", "eta", "ETUDE 2", "Zoe", "ärmel", "arm"};
-  std::sort(words.begin(), words.end(), [](const auto& a, const auto& b) { return orderKey(a) < orderKey(b); });
-  EXPECT_EQ(words, (std::vector<std::string>{"arm", "ärmel", "eta", "Eton", "etude", "étude", "ETUDE 2", "zebra",
-                                             "Zoe"}));
+  std::vector<std::string> words = {"zebra",   "étude", "Eton",  "etude", "eta",
+                                    "ETUDE 2", "Zoe",   "ärmel", "arm"};
+  std::sort(words.begin(), words.end(),
+            [](const auto& a, const auto& b) { return orderKey(a) < orderKey(b); });
+  EXPECT_EQ(words, (std::vector<std::string>{"arm", "ärmel", "eta", "Eton", "etude", "étude",
+                                             "ETUDE 2", "zebra", "Zoe"}));
 }
 
 TEST(OrderKey, EqualExactlyWhereTheFoldKeysAre) {
@@ -38,13 +40,29 @@ TEST(OrderKey, EqualExactlyWhereTheFoldKeysAre) {
 std::pair<std::string, std::string> parts(const std::string& text) {
   const std::string key = orderKey(text);
   const auto zero = key.find('\0');
-  return zero == std::string::npos ? std::pair{key, key} : std::pair{key.substr(0, zero), key.substr(zero + 1)};
+  return zero == std::string::npos ? std::pair{key, key}
+                                   : std::pair{key.substr(0, zero), key.substr(zero + 1)};
 }
 
 TEST(OrderKey, OneByteStringOrdersAsItsTwoPartsDo) {
-  const std::vector<std::string> texts = {"",        "a",        "A",    "á",     "a\xCC\x81", "ab",  "áb",
-                                          "a\x01",   "é\x01",    "e\x01z", "e",   "é",         "\xE2\x84\xAA",
-                                          "k",       "\xE2\x8C\xA9", "\xE3\x80\x88", "가", "\xE1\x84\x80\xE1\x85\xA1"};
+  const std::vector<std::string> texts = {"",
+                                          "a",
+                                          "A",
+                                          "á",
+                                          "a\xCC\x81",
+                                          "ab",
+                                          "áb",
+                                          "a\x01",
+                                          "é\x01",
+                                          "e\x01z",
+                                          "e",
+                                          "é",
+                                          "\xE2\x84\xAA",
+                                          "k",
+                                          "\xE2\x8C\xA9",
+                                          "\xE3\x80\x88",
+                                          "가",
+                                          "\xE1\x84\x80\xE1\x85\xA1"};
   for (const auto& a : texts)
     for (const auto& b : texts)
       EXPECT_EQ(orderKey(a) < orderKey(b), parts(a) < parts(b)) << a << " and " << b;

@@ -11,7 +11,8 @@ namespace {
 std::string location(const char* text) { return parseConnectionString(text).location; }
 
 TEST(ConnectionString, NamesALocation) {
-  EXPECT_EQ(location("Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=/data/my register.kvv"),
+  EXPECT_EQ(location("Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data "
+                     "Source=/data/my register.kvv"),
             "/data/my register.kvv");
   EXPECT_EQ(location("data source = a.kvv ; Lock Timeout=3"), "a.kvv");
   EXPECT_EQ(location("Data Source=\"a;b=c.kvv\";Page Cache=4"), "a;b=c.kvv");
@@ -21,22 +22,24 @@ TEST(ConnectionString, NamesALocation) {
 }
 
 TEST(ConnectionString, HasSettings) {
-  const auto options = parseConnectionString("Data Source=a;Lock Timeout=0.25;page cache=4;Memory Map=0;User ID=x");
+  const auto options =
+      parseConnectionString("Data Source=a;Lock Timeout=0.25;page cache=4;Memory Map=0;User ID=x");
   EXPECT_EQ(options.lockTimeout.count(), 250);
   EXPECT_EQ(options.cacheMiB, 4);
   EXPECT_EQ(options.memoryMapMiB, 0);
 }
 
 TEST(ConnectionString, RefusesWhatItCannotRead) {
-  for (const char* bad : {"Data Source=\"a", "Data Source=a;rubbish", "Data Source=\"a\"b", "Data Source=a;Lock Timeout=soon",
-                          "Data Source=a;Page Cache=-1"})
+  for (const char* bad : {"Data Source=\"a", "Data Source=a;rubbish", "Data Source=\"a\"b",
+                          "Data Source=a;Lock Timeout=soon", "Data Source=a;Page Cache=-1"})
     EXPECT_RAISES(3001, (void)parseConnectionString(bad));
   for (const char* none : {"", "  ", "Data Source=", "Provider=x;Data Source=;"})
     EXPECT_RAISES(3709, (void)parseConnectionString(none));
 }
 
 TEST(ConnectionString, ServersAreReserved) {
-  for (const char* server : {"postgresql://user@host:5432/db", "Data Source=postgresql://host/db", "postgres://host/db"}) {
+  for (const char* server : {"postgresql://user@host:5432/db", "Data Source=postgresql://host/db",
+                             "postgres://host/db"}) {
     const auto error = test::errorOf([&] { (void)kvConnection::open(server); });
     ASSERT_TRUE(error) << server;
     EXPECT_EQ(error->number(), kEngineFailure);

@@ -22,7 +22,9 @@ TEST_F(ConnectionTest, TheObserverSeesEachTextExactlyAsGiven) {
   (void)reg_.open(select);
   reg_.execute("Update VeskCOnfig Set ExternalActionSystem = False");
   EXPECT_THROW((void)reg_.open("Select nonsense"), Error);
-  EXPECT_EQ(seen, (std::vector<std::string>{select, "Update VeskCOnfig Set ExternalActionSystem = False", "Select nonsense"}));
+  EXPECT_EQ(seen,
+            (std::vector<std::string>{select, "Update VeskCOnfig Set ExternalActionSystem = False",
+                                      "Select nonsense"}));
 }
 
 TEST_F(ConnectionTest, AStatementThatGivesNoRowsLeavesTheSetClosed) {
@@ -35,7 +37,9 @@ TEST_F(ConnectionTest, AStatementThatGivesNoRowsLeavesTheSetClosed) {
 TEST_F(ConnectionTest, EveryCursorTypeIsAKeyset) {
   for (const std::int32_t type : {kForwardOnly, kKeyset, kDynamic, kStatic})
     EXPECT_EQ(reg_.connection()->OpenRecordset("Select * From Users", type)->CursorType(), kKeyset);
-  EXPECT_EQ(reg_.connection()->OpenRecordset("Select Distinct UserID From Users", kKeyset)->CursorType(), kStatic);
+  EXPECT_EQ(
+      reg_.connection()->OpenRecordset("Select Distinct UserID From Users", kKeyset)->CursorType(),
+      kStatic);
   EXPECT_RAISES(3001, (void)reg_.connection()->OpenRecordset("Select * From Users", 9));
   EXPECT_RAISES(3001, (void)reg_.connection()->OpenRecordset("Select * From Users", kKeyset, 0));
 }
@@ -48,11 +52,14 @@ TEST_F(ConnectionTest, TheStatementLogHasOneTextALine) {
   reg_.execute("Delete * From Users");
   reg_.connection()->StatementLog("");
   reg_.execute("Delete * From Manuals");
-  EXPECT_EQ(test::contents(path), "Select *\\r\\nFrom Users Where UserName = 'a\\\\b'\nDelete * From Users\n");
+  EXPECT_EQ(test::contents(path),
+            "Select *\\r\\nFrom Users Where UserName = 'a\\\\b'\nDelete * From Users\n");
   reg_.connection()->StatementLog(path);
   reg_.execute("Delete * From Keywords");
-  EXPECT_THAT(test::contents(path), testing::EndsWith("Delete * From Users\nDelete * From Keywords\n"));
-  EXPECT_RAISES(kEngineFailure, reg_.connection()->StatementLog(reg_.folder().file("no/such/folder/x.log")));
+  EXPECT_THAT(test::contents(path),
+              testing::EndsWith("Delete * From Users\nDelete * From Keywords\n"));
+  EXPECT_RAISES(kEngineFailure,
+                reg_.connection()->StatementLog(reg_.folder().file("no/such/folder/x.log")));
   EXPECT_EQ(reg_.connection()->StatementLog(), "");
 }
 
@@ -87,17 +94,20 @@ TEST_F(ConnectionTest, AWriterWaitsForAnotherAndThenSaysSo) {
   const auto error = test::errorOf([&] { other->Execute("Delete * From Keywords", affected); });
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), kEngineFailure);
-  EXPECT_THAT(error->description(), testing::StartsWith("The register is locked by another process."));
+  EXPECT_THAT(error->description(),
+              testing::StartsWith("The register is locked by another process."));
   reg_.connection()->CommitTrans();
   other->Execute("Delete * From Keywords", affected);
   EXPECT_EQ(affected, 1);
 }
 
 constexpr const char* kSlow =
-    "Select Count(*) From Keywords As A, Keywords As B, Keywords As C, Keywords As D Where A.Keyword Like B.Keyword";
+    "Select Count(*) From Keywords As A, Keywords As B, Keywords As C, Keywords As D Where "
+    "A.Keyword Like B.Keyword";
 
 TEST_F(ConnectionTest, ARunningStatementCanBeStopped) {
-  for (int i = 0; i < 150; ++i) reg_.execute("Insert Into Keywords Values ('a', '%a" + std::to_string(i) + "%b%')");
+  for (int i = 0; i < 150; ++i)
+    reg_.execute("Insert Into Keywords Values ('a', '%a" + std::to_string(i) + "%b%')");
   reg_.connection()->TimeLimit(std::chrono::milliseconds(100));
   const auto error = test::errorOf([&] { (void)reg_.open(kSlow); });
   ASSERT_TRUE(error);

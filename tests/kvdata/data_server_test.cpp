@@ -14,7 +14,8 @@ class DataServerTest : public testing::Test {
  protected:
   DataServerTest() {
     server_.OpenConnection(reg_.path());
-    server_.SetTables("VeskConfig", "VeskGroups", "DocumentQuerys", "VeskKeywords", "VeskReporting", "VeskProfiles", "", "");
+    server_.SetTables("VeskConfig", "VeskGroups", "DocumentQuerys", "VeskKeywords", "VeskReporting",
+                      "VeskProfiles", "", "");
   }
   test::TestRegister reg_;
   kvDataServer server_;
@@ -72,7 +73,8 @@ TEST_F(DataServerTest, TheStatementLogIsTheConnections) {
   (void)server_.Config()->Value("DBID");
   server_.Config()->Store("DBID", "x");
   server_.StatementLog("");
-  EXPECT_EQ(test::contents(path), "Select * From Users\n") << "the components' own reads are not in it";
+  EXPECT_EQ(test::contents(path), "Select * From Users\n")
+      << "the components' own reads are not in it";
 }
 
 TEST_F(DataServerTest, ConfigurationIsReadByKeyWithoutRegardToCase) {

@@ -81,7 +81,8 @@ TEST_F(MainUser, AClearTextPasswordLetsItsUserInOnceMoreAndIsReplaced) {
   EXPECT_EQ(login("Without", "Clear"), "");
   EXPECT_EQ(reg_.value("Select [Password] From Users Where UserID = 'User3'"), "clear");
   EXPECT_EQ(login("Without", "clear"), "User3");
-  EXPECT_THAT(reg_.value("Select [Password] From Users Where UserID = 'User3'"), testing::StartsWith("$argon2id$"));
+  EXPECT_THAT(reg_.value("Select [Password] From Users Where UserID = 'User3'"),
+              testing::StartsWith("$argon2id$"));
   EXPECT_EQ(login("Without", "clear"), "User3");
 }
 
@@ -183,19 +184,22 @@ TEST_F(MainUser, RecordsKeepTheOrderGivenEachOnce) {
     reg_.execute(std::string("Insert Into Owners (UserID) Values ('") + id + "')");
   const auto records = user_.UserRecords("Select UserID From Owners");
   std::string ids;
-  for (; !records->Eof(); records->MoveNext()) ids += test::shown(records->Fields("UserID")->Value()) + " ";
+  for (; !records->Eof(); records->MoveNext())
+    ids += test::shown(records->Fields("UserID")->Value()) + " ";
   EXPECT_EQ(ids, "User3 User1 User2 ");
   const auto rs = reg_.open("Select UserID From Owners Where UserID = 'none'");
   EXPECT_EQ(user_.UserRecords(rs)->RecordCount(), 0);
   records->MoveFirst();
   records->Fields("Alias")->Value("A");
   records->Update();
-  EXPECT_EQ(reg_.value("Select UserID From Users Where Alias = 'a'"), "User3") << "they are the users' own rows";
+  EXPECT_EQ(reg_.value("Select UserID From Users Where Alias = 'a'"), "User3")
+      << "they are the users' own rows";
 }
 
 TEST_F(MainUser, RecordsOfThousandsOfUsers) {
   reg_.connection()->BeginTrans();
-  for (int i = 10; i < 2010; ++i) reg_.execute("Insert Into Users (UserID) Values ('User" + std::to_string(i) + "')");
+  for (int i = 10; i < 2010; ++i)
+    reg_.execute("Insert Into Users (UserID) Values ('User" + std::to_string(i) + "')");
   reg_.connection()->CommitTrans();
   const auto records = user_.UserRecords("Select UserID From Users Order By ID Desc");
   EXPECT_EQ(records->RecordCount(), 2003);

@@ -25,7 +25,8 @@ TEST(Passwords, TheSameOneIsHashedDifferentlyEachTime) {
 
 TEST(Passwords, ATextThatIsNoHashLetsNobodyIn) {
   const Passwords passwords(test::kCheapPasswords);
-  for (const char* text : {"", "secret", "$argon2id$", "$argon2id$v=19$m=8,t=1,p=1$abc$def", "$1$abc$def"})
+  for (const char* text :
+       {"", "secret", "$argon2id$", "$argon2id$v=19$m=8,t=1,p=1$abc$def", "$1$abc$def"})
     EXPECT_FALSE(passwords.verify(text, "secret")) << text;
   EXPECT_FALSE(Passwords::isHash("secret"));
   EXPECT_TRUE(Passwords::isHash(passwords.hash("secret")));

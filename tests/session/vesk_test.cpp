@@ -15,7 +15,9 @@ class Vesk : public testing::Test {
     reg_.addUser(1, "Anna", "secret", true);
     reg_.addUser(2, "Bert", "secret");
   }
-  void setVersion(const std::string& literal) { reg_.execute("Update VeskConfig Set DatabaseVersion = " + literal); }
+  void setVersion(const std::string& literal) {
+    reg_.execute("Update VeskConfig Set DatabaseVersion = " + literal);
+  }
   test::TestRegister reg_;
 };
 
@@ -27,7 +29,8 @@ TEST_F(Vesk, IsBornWithItsChildrenWhichKnowIt) {
   EXPECT_EQ(vesk->Manual()->oVesk().get(), &*vesk);
   EXPECT_EQ(vesk->User()->oVesk().get(), &*vesk);
   EXPECT_EQ(vesk->Revision()->oVesk().get(), &*vesk);
-  EXPECT_NE(vesk->Document()->DataServer(), vesk->DataServer()) << "each has a data server of its own";
+  EXPECT_NE(vesk->Document()->DataServer(), vesk->DataServer())
+      << "each has a data server of its own";
 }
 
 TEST_F(Vesk, TellsItsVersion) {
@@ -48,10 +51,11 @@ TEST_F(Vesk, OpeningReturnsFalseAlsoWhenItSucceeds) {
 
 TEST_F(Vesk, OpeningSharesOneConnectionAndProfile) {
   const test::TestSession vesk;
-  vesk->OpenConnection("Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=" + reg_.path());
+  vesk->OpenConnection(
+      "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=" + reg_.path());
   const auto profile = vesk->DataServer()->Profile();
-  for (const auto& server : {vesk->Document()->DataServer(), vesk->Manual()->DataServer(), vesk->Revision()->DataServer(),
-                             vesk->MainUser()->DataServer()}) {
+  for (const auto& server : {vesk->Document()->DataServer(), vesk->Manual()->DataServer(),
+                             vesk->Revision()->DataServer(), vesk->MainUser()->DataServer()}) {
     EXPECT_EQ(server->Profile(), profile);
     EXPECT_EQ(server->Connection(), vesk->DataServer()->Connection());
   }
@@ -93,10 +97,14 @@ struct VersionCase {
 TEST_F(Vesk, ChecksTheLayoutVersion) {
   const char* old = "The Vesk Database needs to be converted to version: 02.01";
   const char* young = "Vesk needs to be updated to use this database.02.01";
-  const VersionCase cases[] = {{"'02.00'", kErrorBase + 2501, old},   {"'01.99'", kErrorBase + 2501, old},
-                               {"Null", kErrorBase + 2501, old},      {"''", kErrorBase + 2501, old},
-                               {"'02.01'", 0, ""},                    {"'02.55'", 0, ""},
-                               {"'03.00'", kErrorBase + 2502, young}, {"'10.00'", kErrorBase + 2502, young}};
+  const VersionCase cases[] = {{"'02.00'", kErrorBase + 2501, old},
+                               {"'01.99'", kErrorBase + 2501, old},
+                               {"Null", kErrorBase + 2501, old},
+                               {"''", kErrorBase + 2501, old},
+                               {"'02.01'", 0, ""},
+                               {"'02.55'", 0, ""},
+                               {"'03.00'", kErrorBase + 2502, young},
+                               {"'10.00'", kErrorBase + 2502, young}};
   for (const auto& c : cases) {
     setVersion(c.literal);
     const test::TestSession vesk;
@@ -159,7 +167,8 @@ TEST_F(Vesk, LogsInAndOpensTheConnectionWhenNoneIsOpen) {
   EXPECT_TRUE(vesk->Login("Anna", "secret", reg_.path()).isEmpty());
   EXPECT_EQ(vesk->DataServer()->Profile()->UserID(), "User1");
   EXPECT_EQ(vesk->MainUser()->ApplicationCode(), "D2");
-  for (const auto& server : {vesk->Document()->DataServer(), vesk->Manual()->DataServer(), vesk->Revision()->DataServer()})
+  for (const auto& server : {vesk->Document()->DataServer(), vesk->Manual()->DataServer(),
+                             vesk->Revision()->DataServer()})
     EXPECT_EQ(server->Profile()->UserID(), "User1");
   vesk->Login("Bert", "secret");
   EXPECT_EQ(vesk->Document()->DataServer()->Profile()->UserID(), "User2");
@@ -181,8 +190,8 @@ TEST_F(Vesk, LogInFailures) {
   EXPECT_EQ(unconnected->source(), "Login");
   EXPECT_EQ(unconnected->description(), "Vesk is unconnected to datasource");
   EXPECT_RAISES(kErrorBase + 2505, vesk->Login("Anna", "secret", "   "));
-  for (const auto& [name, password] : {std::pair{"Anna", "wrong"}, {"Nobody", "secret"}, {"Anna", ""}}) {
-    const auto wrong = test::errorOf([&] { vesk->Login(name, password, reg_.path()); });
+  for (const auto& pair : {std::pair{"Anna", "wrong"}, {"Nobody", "secret"}, {"Anna", ""}}) {
+    const auto wrong = test::errorOf([&] { vesk->Login(pair.first, pair.second, reg_.path()); });
     ASSERT_TRUE(wrong);
     EXPECT_EQ(wrong->number(), kErrorBase + 2506);
     EXPECT_EQ(wrong->source(), "Login");
@@ -204,15 +213,18 @@ TEST_F(Vesk, RunsSqlExactlyAsGiven) {
   const test::TestSession vesk;
   vesk->OpenConnection(reg_.path());
   std::vector<std::string> seen;
-  vesk->DataServer()->Connection()->Observe([&](std::string_view text) { seen.emplace_back(text); });
+  vesk->DataServer()->Connection()->Observe(
+      [&](std::string_view text) { seen.emplace_back(text); });
   const auto rs = vesk->GetRecordset("Select * From Users Order By UserName");
   EXPECT_EQ(rs->RecordCount(), 2);
   EXPECT_EQ(rs->CursorType(), kKeyset);
   EXPECT_EQ(rs->LockType(), kOptimistic);
   EXPECT_EQ(vesk->Execute("Update Users Set Alias = 'x'"), 2);
-  EXPECT_EQ(vesk->Execute("Update Users Set Alias = 'y' Where ID = 1", 8), 1) << "Options has no effect";
+  EXPECT_EQ(vesk->Execute("Update Users Set Alias = 'y' Where ID = 1", 8), 1)
+      << "Options has no effect";
   EXPECT_EQ(vesk->Execute("Update Users Set Alias = 'y' Where ID = 1", 1), 1);
-  EXPECT_EQ(seen, (std::vector<std::string>{"Select * From Users Order By UserName", "Update Users Set Alias = 'x'",
+  EXPECT_EQ(seen, (std::vector<std::string>{"Select * From Users Order By UserName",
+                                            "Update Users Set Alias = 'x'",
                                             "Update Users Set Alias = 'y' Where ID = 1",
                                             "Update Users Set Alias = 'y' Where ID = 1"}));
   EXPECT_RAISES(kSyntax, (void)vesk->GetRecordset("nonsense"));

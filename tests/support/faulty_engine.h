@@ -1,4 +1,5 @@
-// An engine that does what another one does, until it is told to fail: a full disk, a lost connection.
+// An engine that does what another one does, until it is told to fail: a full disk, a lost
+// connection.
 #pragma once
 
 #include <memory>
@@ -17,17 +18,20 @@ struct Faults {
 
 class FaultyStatement final : public engine::Statement {
  public:
-  FaultyStatement(std::unique_ptr<engine::Statement> inner, std::shared_ptr<Faults> faults, bool writes)
+  FaultyStatement(std::unique_ptr<engine::Statement> inner, std::shared_ptr<Faults> faults,
+                  bool writes)
       : inner_(std::move(inner)), faults_(std::move(faults)), writes_(writes) {}
   void bind(int n, const SqlValue& v) override { inner_->bind(n, v); }
-  void bindCell(int n, const engine::RowBlock& b, std::size_t r, std::size_t c) override { inner_->bindCell(n, b, r, c); }
+  void bindCell(int n, const engine::RowBlock& b, std::size_t r, std::size_t c) override {
+    inner_->bindCell(n, b, r, c);
+  }
   void bindKeys(int n, const engine::KeyList& k) override { inner_->bindKeys(n, k); }
   std::int64_t run() override {
     check();
     return inner_->run();
   }
-  std::size_t fetch(engine::RowBlock& b, std::span<const ColumnType> t, std::vector<std::int64_t>& k, std::size_t per,
-                    std::size_t most) override {
+  std::size_t fetch(engine::RowBlock& b, std::span<const ColumnType> t,
+                    std::vector<std::int64_t>& k, std::size_t per, std::size_t most) override {
     return inner_->fetch(b, t, k, per, most);
   }
   void fetchKeys(std::vector<std::int64_t>& k, std::size_t per) override {
@@ -39,7 +43,8 @@ class FaultyStatement final : public engine::Statement {
  private:
   void check() {
     if (!writes_ || faults_->failWriteAfter < 0) return;
-    if (faults_->failWriteAfter-- == 0) throw Error(kEngineFailure, "kvData", "The disk is full. (test)");
+    if (faults_->failWriteAfter-- == 0)
+      throw Error(kEngineFailure, "kvData", "The disk is full. (test)");
   }
   std::unique_ptr<engine::Statement> inner_;
   std::shared_ptr<Faults> faults_;
@@ -52,7 +57,8 @@ class FaultyEngine final : public engine::Engine {
       : inner_(std::move(inner)), faults_(std::move(faults)) {}
   std::string_view dialect() const override { return inner_->dialect(); }
   std::unique_ptr<engine::Statement> prepare(const std::string& sql) override {
-    return std::make_unique<FaultyStatement>(inner_->prepare(sql), faults_, !sql.starts_with("SELECT"));
+    return std::make_unique<FaultyStatement>(inner_->prepare(sql), faults_,
+                                             !sql.starts_with("SELECT"));
   }
   void execute(const std::string& sql) override { inner_->execute(sql); }
   std::vector<TableInfo> catalog() override { return inner_->catalog(); }
@@ -67,7 +73,9 @@ class FaultyEngine final : public engine::Engine {
   void savepoint(int m) override { inner_->savepoint(m); }
   void release(int m) override { inner_->release(m); }
   void rollbackTo(int m) override { inner_->rollbackTo(m); }
-  std::int64_t reserveCounter(const TableInfo& t, std::int64_t n) override { return inner_->reserveCounter(t, n); }
+  std::int64_t reserveCounter(const TableInfo& t, std::int64_t n) override {
+    return inner_->reserveCounter(t, n);
+  }
   std::int64_t dataVersion() override { return inner_->dataVersion(); }
   void markAsRegister() override { inner_->markAsRegister(); }
   bool readOnly() const override { return inner_->readOnly(); }

@@ -26,8 +26,12 @@ int ModelSet::count() const {
       std::count_if(rows_.begin(), rows_.end(), [](const Row& r) { return !r.hole; }));
 }
 
-bool ModelSet::bof() const { return !adding() && (at_ == At::Bof || (at_ == At::Eof && count() == 0)); }
-bool ModelSet::eof() const { return !adding() && (at_ == At::Eof || (at_ == At::Bof && count() == 0)); }
+bool ModelSet::bof() const {
+  return !adding() && (at_ == At::Bof || (at_ == At::Eof && count() == 0));
+}
+bool ModelSet::eof() const {
+  return !adding() && (at_ == At::Eof || (at_ == At::Bof && count() == 0));
+}
 
 const ModelSet::Row* ModelSet::current() const {
   if (pending_) return &pending_->row;

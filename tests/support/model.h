@@ -1,4 +1,5 @@
-// A plain in-memory model of a record set, to compare the real ones with: rows in a list, holes where rows were deleted.
+// A plain in-memory model of a record set, to compare the real ones with: rows in a list, holes
+// where rows were deleted.
 #pragma once
 
 #include <cstdint>

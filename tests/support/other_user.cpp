@@ -47,7 +47,8 @@ std::string inChild(const std::function<std::string()>& body, bool dropRights) {
   close(ends[1]);
   std::string out;
   char buffer[4096];
-  for (ssize_t n = 0; (n = read(ends[0], buffer, sizeof buffer)) > 0;) out.append(buffer, static_cast<std::size_t>(n));
+  for (ssize_t n = 0; (n = read(ends[0], buffer, sizeof buffer)) > 0;)
+    out.append(buffer, static_cast<std::size_t>(n));
   close(ends[0]);
   int status = 0;
   waitpid(child, &status, 0);
@@ -58,6 +59,8 @@ std::string inChild(const std::function<std::string()>& body, bool dropRights) {
 }  // namespace
 
 std::string asOrdinaryUser(const std::function<std::string()>& body) { return inChild(body, true); }
-std::string inOtherProcess(const std::function<std::string()>& body) { return inChild(body, false); }
+std::string inOtherProcess(const std::function<std::string()>& body) {
+  return inChild(body, false);
+}
 
 }  // namespace kv::test

@@ -1,4 +1,5 @@
-// Runs a piece of a test in a child process, for what only another process or another user can show.
+// Runs a piece of a test in a child process, for what only another process or another user can
+// show.
 #pragma once
 
 #include <functional>
@@ -6,8 +7,9 @@
 
 namespace kv::test {
 
-// Runs `body` in a child process without root's rights (as the user nobody when the test runs as root) and returns what
-// it returns. An exception's description comes back as "error NUMBER: DESCRIPTION".
+// Runs `body` in a child process without root's rights (as the user nobody when the test runs as
+// root) and returns what it returns. An exception's description comes back as "error NUMBER:
+// DESCRIPTION".
 [[nodiscard]] std::string asOrdinaryUser(const std::function<std::string()>& body);
 
 // The same in a child process of the same user.

@@ -58,11 +58,12 @@ std::string TestRegister::value(const std::string& sql) const {
 void TestRegister::addUser(int number, const std::string& name, const std::string& password,
                            bool administrator, const std::string& rights) const {
   const std::string id = "User" + std::to_string(number);
-  const std::string hash = password.empty() ? "Null" : "'" + Passwords(kCheapPasswords).hash(password) + "'";
-  execute("Insert Into Users (ID, UserID, UserName, [Password]) Values (" + std::to_string(number) + ", '" +
-          id + "', '" + doubledQuotes(name) + "', " + hash + ")");
-  execute("Insert Into VeskProfiles (UserID, UserName, Administrator, Rights) Values ('" + id + "', '" +
-          doubledQuotes(name) + "', " + (administrator ? "True" : "False") + ", " +
+  const std::string hash =
+      password.empty() ? "Null" : "'" + Passwords(kCheapPasswords).hash(password) + "'";
+  execute("Insert Into Users (ID, UserID, UserName, [Password]) Values (" + std::to_string(number) +
+          ", '" + id + "', '" + doubledQuotes(name) + "', " + hash + ")");
+  execute("Insert Into VeskProfiles (UserID, UserName, Administrator, Rights) Values ('" + id +
+          "', '" + doubledQuotes(name) + "', " + (administrator ? "True" : "False") + ", " +
           (rights.empty() ? "Null" : "'" + rights + "'") + ")");
 }
 

@@ -20,7 +20,8 @@ namespace kv::test {
 // What passwords cost in tests: as little as the algorithm allows.
 inline constexpr PasswordCost kCheapPasswords{.memoryKiB = 8, .passes = 1};
 
-// A new register with the tables and first values of every register, and nothing else; its file goes with it.
+// A new register with the tables and first values of every register, and nothing else; its file
+// goes with it.
 class TestRegister {
  public:
   TestRegister();
@@ -32,7 +33,8 @@ class TestRegister {
   [[nodiscard]] Ref<kvConnection> openAnother(const std::string& settings = {}) const;
 
   std::int32_t execute(const std::string& sql) const;
-  [[nodiscard]] Ref<Recordset> open(const std::string& sql, std::int32_t lockType = kOptimistic) const;
+  [[nodiscard]] Ref<Recordset> open(const std::string& sql,
+                                    std::int32_t lockType = kOptimistic) const;
   // All rows as text, fields parted by |, Null as ~.
   [[nodiscard]] std::vector<std::string> rows(const std::string& sql) const;
   // The one value of a statement that gives one, as text.

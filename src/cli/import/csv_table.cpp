@@ -28,8 +28,8 @@ struct CsvTable::Reading {
 CsvTable::CsvTable(const std::string& folder, std::string name,
                    const std::vector<std::string>& columns, std::vector<Problem>& problems)
     : name_(std::move(name)) {
-  const auto path = std::filesystem::path(reinterpret_cast<const char8_t*>(folder.c_str())) /
-                    (name_ + ".csv");
+  const auto path =
+      std::filesystem::path(reinterpret_cast<const char8_t*>(folder.c_str())) / (name_ + ".csv");
   std::ifstream in(path, std::ios::binary);
   if (!in.is_open()) {
     problems.push_back({name_, 0, "the file is missing or cannot be read"});
@@ -50,9 +50,9 @@ void CsvTable::take(const std::string& bytes, const std::vector<std::string>& co
   if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) return;
   // Blanks belong to the field they stand in.
   csv_set_space_func(&parser, [](unsigned char) { return 0; });
-  const bool good =
-      csv_parse(&parser, text.data(), text.size(), Reading::field, Reading::end, &reading) == text.size() &&
-      csv_fini(&parser, Reading::field, Reading::end, &reading) == 0;
+  const bool good = csv_parse(&parser, text.data(), text.size(), Reading::field, Reading::end,
+                              &reading) == text.size() &&
+                    csv_fini(&parser, Reading::field, Reading::end, &reading) == 0;
   csv_free(&parser);
   if (!good) {
     problems.push_back({name_, reading.records.size() + 1, "a quotation mark is out of place"});
@@ -77,14 +77,16 @@ void CsvTable::take(const std::string& bytes, const std::vector<std::string>& co
   for (std::size_t r = 1; r < reading.records.size(); ++r) {
     auto& record = reading.records[r];
     if (record.size() != heading.size()) {
-      problems.push_back({name_, r + 1, fmt::format("it has {} fields where the heading has {}",
-                                                    record.size(), heading.size())});
+      problems.push_back({name_, r + 1,
+                          fmt::format("it has {} fields where the heading has {}", record.size(),
+                                      heading.size())});
       continue;
     }
     bool storable = true;
     for (std::size_t i = 0; i < record.size() && storable; ++i)
       if (!isStorableText(record[i])) {
-        problems.push_back({name_, r + 1, "the field '" + heading[i] + "' is not well-formed UTF-8"});
+        problems.push_back(
+            {name_, r + 1, "the field '" + heading[i] + "' is not well-formed UTF-8"});
         storable = false;
       }
     if (!storable) continue;

@@ -18,8 +18,9 @@ struct Problem {
 
 class CsvTable {
  public:
-  // Reads `folder`/`name`.csv: UTF-8, RFC 4180, one heading. `columns` must all be there, in any order; others are
-  // passed over. What is wrong goes to `problems`; rows that are wrong are left out.
+  // Reads `folder`/`name`.csv: UTF-8, RFC 4180, one heading. `columns` must all be there, in any
+  // order; others are passed over. What is wrong goes to `problems`; rows that are wrong are left
+  // out.
   CsvTable(const std::string& folder, std::string name, const std::vector<std::string>& columns,
            std::vector<Problem>& problems);
 

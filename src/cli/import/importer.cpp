@@ -51,11 +51,12 @@ struct Importer::Files {
   explicit Files(const std::string& folder, std::vector<Problem>& p)
       : users(folder, "users", {"user_id", "user_name", "workgroup", "title", "kind"}, p),
         workgroups(folder, "workgroups", {"workgroup_id", "workgroup"}, p),
-        documents(folder, "documents",
-                  {"document_key", "document_number", "title", "workgroup", "category", "controlled",
-                   "secured", "current_level", "effective_date", "current_revision", "location",
-                   "creation_date", "recorded", "recorded_by", "participating_groups", "notes"},
-                  p),
+        documents(
+            folder, "documents",
+            {"document_key", "document_number", "title", "workgroup", "category", "controlled",
+             "secured", "current_level", "effective_date", "current_revision", "location",
+             "creation_date", "recorded", "recorded_by", "participating_groups", "notes"},
+            p),
         revisions(folder, "revisions",
                   {"revision_key", "document_key", "level", "effective_date", "recorded",
                    "revision_status", "routing_status", "responsible_user", "reference",
@@ -72,7 +73,8 @@ struct Importer::Files {
                  "participating_documents"},
                 p),
         contents(folder, "manual_contents", {"manual_key", "position", "document_key"}, p),
-        copies(folder, "copies", {"user_id", "manual_key", "document_key", "kind", "copy_number"}, p),
+        copies(folder, "copies", {"user_id", "manual_key", "document_key", "kind", "copy_number"},
+               p),
         keywords(folder, "keywords", {"field", "keyword"}, p) {}
 
   [[nodiscard]] std::array<const CsvTable*, 11> all() const {
@@ -84,7 +86,8 @@ struct Importer::Files {
       copies, keywords;
 };
 
-Importer::Importer(Ref<kvConnection> connection, Date asOf, std::string userId, ProgressCall progress)
+Importer::Importer(Ref<kvConnection> connection, Date asOf, std::string userId,
+                   ProgressCall progress)
     : connection_(std::move(connection)),
       asOf_(asOf),
       userId_(std::move(userId)),
@@ -123,10 +126,13 @@ void Importer::report(const CsvTable& file, std::size_t row, std::string reason)
 std::int32_t Importer::keyNumber(const CsvTable& file, std::size_t row, std::string_view column) {
   const std::string& key = file.at(row, column);
   const auto digits = key.find_first_of("0123456789");
-  const auto number =
-      digits == std::string::npos ? std::nullopt : parseNumber(std::string_view(key).substr(digits));
-  const bool plain = number && std::all_of(key.begin() + static_cast<std::ptrdiff_t>(digits), key.end(), isDigit) &&
-                     *number >= 1 && *number <= 2147483647;
+  const auto number = digits == std::string::npos
+                          ? std::nullopt
+                          : parseNumber(std::string_view(key).substr(digits));
+  const bool plain =
+      number &&
+      std::all_of(key.begin() + static_cast<std::ptrdiff_t>(digits), key.end(), isDigit) &&
+      *number >= 1 && *number <= 2147483647;
   if (plain) return static_cast<std::int32_t>(*number);
   report(file, row, fmt::format("'{}' in {} is not letters and a number", key, column));
   return 0;
@@ -138,13 +144,15 @@ std::int32_t Importer::smallNumber(const CsvTable& file, std::size_t row, std::s
   const auto number = parseNumber(text);
   if (number && *number >= 0 && *number <= most && *number == static_cast<std::int32_t>(*number))
     return static_cast<std::int32_t>(*number);
-  report(file, row, fmt::format("'{}' in {} is not a whole number from 0 to {}", text, column, most));
+  report(file, row,
+         fmt::format("'{}' in {} is not a whole number from 0 to {}", text, column, most));
   return 0;
 }
 
 bool Importer::yesNo(const CsvTable& file, std::size_t row, std::string_view column) {
   const std::string& text = file.at(row, column);
-  if (text != "yes" && text != "no") report(file, row, fmt::format("{} is neither yes nor no", column));
+  if (text != "yes" && text != "no")
+    report(file, row, fmt::format("{} is neither yes nor no", column));
   return text == "yes";
 }
 
@@ -226,7 +234,8 @@ void Importer::checkDocuments(const CsvTable& documents) {
       facts.currentRevision = 0;
     else if (!current.empty())
       facts.currentRevision = keyNumber(documents, r, "current_revision");
-    // The identifier is made as for a new document: who brought it in, and when. Two of one second get two seconds.
+    // The identifier is made as for a new document: who brought it in, and when. Two of one second
+    // get two seconds.
     const auto recorded = parseDate(documents.at(r, "recorded"));
     const std::string user = userOf(documents, r, "recorded_by");
     if (!recorded || user.empty()) {
@@ -318,7 +327,8 @@ void Importer::checkLinks(const Files& files) {
       (void)documentOf(files.copies, r);
     }
     const std::string& kind = files.copies.at(r, "kind");
-    if (kind != "hard" && kind != "virtual") report(files.copies, r, "kind is neither hard nor virtual");
+    if (kind != "hard" && kind != "virtual")
+      report(files.copies, r, "kind is neither hard nor virtual");
   }
 }
 
@@ -553,7 +563,8 @@ void Importer::writeCopies(const Files& files) {
   }
 }
 
-// What the approvers were told: one action for each decision, closed on its day, and one for whoever's turn it is.
+// What the approvers were told: one action for each decision, closed on its day, and one for
+// whoever's turn it is.
 void Importer::writeActions(const Files& files) {
   const auto& database = connection_->database();
   const std::string name = joinText(tableValue(database, "VeskConfig", "DBID"));
@@ -572,23 +583,24 @@ void Importer::writeActions(const Files& files) {
     const std::string& decided = approvals.at(r, "date_approved");
     Date opened = parseDate(files.revisions.at(revision, "recorded"))->day();
     if (!decided.empty()) opened = std::min(opened, *parseIso(decided));
-    putAlso(approvals, r,
-            Insert("Actions")
-                .text("AssigneeID", assignee)
-                .text("Assignee", userNames_[assignee])
-                .text("Subject", "Your approval is required")
-                .text("Description",
-                      fmt::format("{} {} of the {} {} requires your approval.", revisionWord,
-                                  files.revisions.at(revision, "level"), document.title, documentWord))
-                .text("Originator", userNames_[originator])
-                .text("OriginatorID", originator)
-                .date("DateOpened", isoText(opened))
-                .date("DateDue", isoText(opened.plusDays(kDaysToApprove)))
-                .date("DateCompleted", decided)
-                .date("DateClosed", decided)
-                .text("ReferenceID", name)
-                .text("Reference", document.documentId)
-                .number("ActionType", 1));
+    putAlso(
+        approvals, r,
+        Insert("Actions")
+            .text("AssigneeID", assignee)
+            .text("Assignee", userNames_[assignee])
+            .text("Subject", "Your approval is required")
+            .text("Description",
+                  fmt::format("{} {} of the {} {} requires your approval.", revisionWord,
+                              files.revisions.at(revision, "level"), document.title, documentWord))
+            .text("Originator", userNames_[originator])
+            .text("OriginatorID", originator)
+            .date("DateOpened", isoText(opened))
+            .date("DateDue", isoText(opened.plusDays(kDaysToApprove)))
+            .date("DateCompleted", decided)
+            .date("DateClosed", decided)
+            .text("ReferenceID", name)
+            .text("Reference", document.documentId)
+            .number("ActionType", 1));
   }
 }
 

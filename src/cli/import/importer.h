@@ -17,9 +17,10 @@
 namespace kv::cli {
 
 struct ImportReport {
-  std::vector<std::pair<std::string, std::size_t>> read;     // file and its records
-  std::vector<std::pair<std::string, std::size_t>> written;  // table and its new rows; empty when refused
-  std::vector<Problem> problems;                             // with any of these nothing was written
+  std::vector<std::pair<std::string, std::size_t>> read;  // file and its records
+  std::vector<std::pair<std::string, std::size_t>>
+      written;                    // table and its new rows; empty when refused
+  std::vector<Problem> problems;  // with any of these nothing was written
 };
 
 class Importer {
@@ -27,11 +28,12 @@ class Importer {
   // Called with rows done, rows in all, and the file at work.
   using ProgressCall = std::function<void(std::size_t, std::size_t, const std::string&)>;
 
-  // `asOf` is the moment that identifiers of manuals are made of; `userId` stands in for the holder of a manual that
-  // nobody holds.
+  // `asOf` is the moment that identifiers of manuals are made of; `userId` stands in for the holder
+  // of a manual that nobody holds.
   Importer(Ref<kvConnection> connection, Date asOf, std::string userId, ProgressCall progress);
 
-  // All of the folder or nothing. Raises what the database raises for reasons of its own (locked, full, ...).
+  // All of the folder or nothing. Raises what the database raises for reasons of its own (locked,
+  // full, ...).
   [[nodiscard]] ImportReport run(const std::string& folder);
 
  private:
@@ -87,8 +89,8 @@ class Importer {
   std::map<std::string, std::string> userNames_;    // UserID to name
   std::map<std::string, std::int32_t> workgroups_;  // name to number
   std::map<std::string, DocumentFacts> documents_;
-  std::map<std::string, std::size_t> revisions_;    // key to row
-  std::map<std::string, std::string> manuals_;      // key to ManualID
+  std::map<std::string, std::size_t> revisions_;  // key to row
+  std::map<std::string, std::string> manuals_;    // key to ManualID
 };
 
 }  // namespace kv::cli

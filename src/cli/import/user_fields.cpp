@@ -69,8 +69,8 @@ void prepareFields(const Ref<kvConnection>& connection) {
   std::vector<ColumnInfo> changes;
   for (const auto& field : kUserFields) {
     if (!isUnset(database, "UserConfig", field.name)) continue;
-    const auto used = openOwn(database, std::string("Select ID From Users Where Not IsNull(") +
-                                            field.name + ")");
+    const auto used =
+        openOwn(database, std::string("Select ID From Users Where Not IsNull(") + field.name + ")");
     if (used->RecordCount() > 0) continue;
     storeTableValue(database, "UserConfig", field.name, field.label);
     storeTableValue(database, "UserConfig", std::string("Type") + field.name, field.typeCode);

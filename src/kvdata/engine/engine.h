@@ -1,9 +1,9 @@
-// The interface to a database engine: what the engines we have need, and no more. SQL texts pass through it as
-// they are; which engine understands which text is the emitters' business.
+// The interface to a database engine: what the engines we have need, and no more. SQL texts pass
+// through it as they are; which engine understands which text is the emitters' business.
 //
-// An engine and its statements belong to one thread; only interrupt() may be called from another one or from a
-// signal handler. Every failure is raised as an Error with the number and text that clients know; engines map
-// their own codes in one place.
+// An engine and its statements belong to one thread; only interrupt() may be called from another
+// one or from a signal handler. Every failure is raised as an Error with the number and text that
+// clients know; engines map their own codes in one place.
 #pragma once
 
 #include <chrono>
@@ -39,18 +39,20 @@ class Statement {
   Statement& operator=(Statement&&) = delete;
   virtual ~Statement() = default;
 
-  // Parameters count from 1 and keep their value until bound again. The statement must not be under way.
+  // Parameters count from 1 and keep their value until bound again. The statement must not be under
+  // way.
   virtual void bind(int parameter, const SqlValue& value) = 0;
   // Binds a value as it was read.
-  virtual void bindCell(int parameter, const RowBlock& block, std::size_t row, std::size_t column) = 0;
+  virtual void bindCell(int parameter, const RowBlock& block, std::size_t row,
+                        std::size_t column) = 0;
   // The list must live until the statement has ended.
   virtual void bindKeys(int parameter, const KeyList& keys) = 0;
 
   // Runs a statement that gives no rows to its end; returns how many rows it changed.
   virtual std::int64_t run() = 0;
-  // Appends up to `most` further rows to `block`: one cell per type, and the following `keysPerRow` columns to
-  // `keys`, Null as kNoKey. Returns how many; fewer than `most` means that the statement has ended and may be run
-  // again.
+  // Appends up to `most` further rows to `block`: one cell per type, and the following `keysPerRow`
+  // columns to `keys`, Null as kNoKey. Returns how many; fewer than `most` means that the statement
+  // has ended and may be run again.
   virtual std::size_t fetch(RowBlock& block, std::span<const ColumnType> types,
                             std::vector<std::int64_t>& keys, std::size_t keysPerRow,
                             std::size_t most) = 0;
@@ -81,29 +83,33 @@ class Engine {
   // The tables as they are now.
   [[nodiscard]] virtual std::vector<TableInfo> catalog() = 0;
 
-  // One transaction at a time; Write takes the write lock at once, waiting for it up to the time-out.
+  // One transaction at a time; Write takes the write lock at once, waiting for it up to the
+  // time-out.
   virtual void begin(Access access) = 0;
   virtual void commit() = 0;
   // Never raises; ends the transaction whatever state it is in.
   virtual void rollback() noexcept = 0;
   // Whether a transaction is open; some failures end it.
   [[nodiscard]] virtual bool inTransaction() const = 0;
-  // Marks within a transaction, numbered by the caller; rollbackTo keeps the mark, release forgets it.
+  // Marks within a transaction, numbered by the caller; rollbackTo keeps the mark, release forgets
+  // it.
   virtual void savepoint(int mark) = 0;
   virtual void release(int mark) = 0;
   virtual void rollbackTo(int mark) = 0;
 
-  // Takes `count` numbers of a table's counter, or of its hidden key, for the caller alone and returns the first.
-  // Inside a transaction it is undone with it.
+  // Takes `count` numbers of a table's counter, or of its hidden key, for the caller alone and
+  // returns the first. Inside a transaction it is undone with it.
   [[nodiscard]] virtual std::int64_t reserveCounter(const TableInfo& table, std::int64_t count) = 0;
 
   // A number that changes when another connection has changed the data.
   [[nodiscard]] virtual std::int64_t dataVersion() = 0;
 
-  // Marks the database as a register; within the transaction that makes its tables, so that half a register is none.
+  // Marks the database as a register; within the transaction that makes its tables, so that half a
+  // register is none.
   virtual void markAsRegister() = 0;
 
-  // True where nothing can be written: a file or folder without write permission, a server standing by.
+  // True where nothing can be written: a file or folder without write permission, a server standing
+  // by.
   [[nodiscard]] virtual bool readOnly() const = 0;
 
   // Makes the running statement fail soon. Safe from another thread and from a signal handler.

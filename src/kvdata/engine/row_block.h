@@ -1,5 +1,5 @@
-// Rows as they come from an engine: one array of cells and one run of bytes, so that reading a block of rows
-// allocates nothing per value and text can be handed out as views.
+// Rows as they come from an engine: one array of cells and one run of bytes, so that reading a
+// block of rows allocates nothing per value and text can be handed out as views.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The syntax tree of a statement: a closed set of nodes, named after the grammar. The parser fills names and
-// ranges; the binder fills the fields marked "bound".
+// The syntax tree of a statement: a closed set of nodes, named after the grammar. The parser fills
+// names and ranges; the binder fills the fields marked "bound".
 #pragma once
 
 #include <cstdint>
@@ -35,9 +35,23 @@ enum class ExprKind : std::uint8_t {
 };
 
 enum class Op : std::uint8_t {
-  Equal, NotEqual, Less, LessEqual, Greater, GreaterEqual,
-  Add, Subtract, Multiply, Divide, WholeDivide, Modulo, Power, Concat,
-  Xor, Eqv, Imp,
+  Equal,
+  NotEqual,
+  Less,
+  LessEqual,
+  Greater,
+  GreaterEqual,
+  Add,
+  Subtract,
+  Multiply,
+  Divide,
+  WholeDivide,
+  Modulo,
+  Power,
+  Concat,
+  Xor,
+  Eqv,
+  Imp,
 };
 
 [[nodiscard]] std::string_view opText(Op op) noexcept;
@@ -49,8 +63,8 @@ struct Expr {
   ExprKind kind = ExprKind::Null;
   TextRange range;
   Op op = Op::Equal;
-  bool flag = false;      // Truth: true; Function: (*)
-  bool negated = false;   // Like, In, Between, IsNull
+  bool flag = false;     // Truth: true; Function: (*)
+  bool negated = false;  // Like, In, Between, IsNull
   int literal = -1;
   int depth = 1;          // levels of nesting below and with this node; flat lists count as one
   std::string qualifier;  // Column
@@ -145,8 +159,8 @@ struct Statement {
   std::unique_ptr<Delete> remove;
 };
 
-// The statement written out again in the dialect, fully parenthesised, with its literals. Parsing it gives the
-// same tree, which is how the tests know that the parser and this agree.
+// The statement written out again in the dialect, fully parenthesised, with its literals. Parsing
+// it gives the same tree, which is how the tests know that the parser and this agree.
 [[nodiscard]] std::string print(const Statement& statement, const std::vector<Literal>& literals);
 [[nodiscard]] std::string print(const Expr& expr, const std::vector<Literal>& literals);
 

@@ -307,8 +307,8 @@ class Binder {
                 .info->columns[static_cast<std::size_t>(e.column)];
   }
 
-  // Columns keep their own names; where two would be the same they come out as Table.Column. Expressions
-  // without an alias are Expr1000, Expr1001 and so on.
+  // Columns keep their own names; where two would be the same they come out as Table.Column.
+  // Expressions without an alias are Expr1000, Expr1001 and so on.
   static void nameOutputs(BoundSelect& out) {
     int unnamed = 1000;
     std::vector<bool> plain(out.outputs.size());
@@ -340,8 +340,7 @@ class Binder {
     if (e.kind == ExprKind::Literal) {
       const auto& literal = literals_[static_cast<std::size_t>(e.literal)];
       const auto* place = std::get_if<std::int64_t>(&literal.value);
-      if (place == nullptr || *place < 1 ||
-          *place > static_cast<std::int64_t>(out.outputs.size()))
+      if (place == nullptr || *place < 1 || *place > static_cast<std::int64_t>(out.outputs.size()))
         failAt(kSyntax, kBadOrderBy, e.range);
       return {out.outputs[static_cast<std::size_t>(*place - 1)].expr, item.descending};
     }
@@ -384,8 +383,7 @@ class Binder {
     for (std::size_t i = 0; i < shown.size(); ++i)
       if (shown[i]) out.named.push_back(static_cast<int>(i));
     out.keyed = !out.grouped && s.distinct != Distinct::Values && !out.named.empty();
-    out.rowsOnly =
-        out.keyed && s.distinct == Distinct::Rows && out.named.size() < out.scope.size();
+    out.rowsOnly = out.keyed && s.distinct == Distinct::Rows && out.named.size() < out.scope.size();
   }
 
   // ---- INSERT, UPDATE, DELETE ----
@@ -426,8 +424,8 @@ class Binder {
     if (given != out.insertColumns.size()) failAt(kSyntax, kValueCount, s.table->range);
   }
 
-  // Values that are written out are converted, and refused, when they are bound; of others the families must
-  // agree, except that anything can be stored as text.
+  // Values that are written out are converted, and refused, when they are bound; of others the
+  // families must agree, except that anything can be stored as text.
   void requireAssignable(const ColumnInfo& column, const Expr& e) const {
     if (e.kind == ExprKind::Literal || isTextType(column.type)) return;
     if (familyOf(e.type) == Family::Text && column.stands.empty())
@@ -444,8 +442,8 @@ class Binder {
         if (other.column->column == a.column->column) failAt(kSyntax, kBadUpdate, a.column->range);
       }
       value(*a.value, out.scope, {});
-      requireAssignable(
-          out.scope[0].info->columns[static_cast<std::size_t>(a.column->column)], *a.value);
+      requireAssignable(out.scope[0].info->columns[static_cast<std::size_t>(a.column->column)],
+                        *a.value);
     }
     if (s.where) predicate(*s.where, out.scope, {});
   }
@@ -493,8 +491,9 @@ std::string describe(const BoundStatement& bound) {
   std::string out;
   const auto tables = [&](const std::vector<ScopeTable>& scope) {
     for (const auto& t : scope)
-      out += fmt::format("table {}{}{}\n", t.name, t.name == t.info->name ? "" : " = " + t.info->name,
-                         t.optional ? " (may be missing)" : "");
+      out +=
+          fmt::format("table {}{}{}\n", t.name, t.name == t.info->name ? "" : " = " + t.info->name,
+                      t.optional ? " (may be missing)" : "");
   };
   tables(bound.scope);
   if (bound.insertTable != nullptr) {

@@ -7,9 +7,9 @@
 
 namespace kv::jet {
 
-// Raises -2147217865 for unknown tables, -2147217904 for unknown columns, -2147217913 where types do not go
-// together and -2147217900 for everything else that makes no sense. The result refers to tables of `catalog`,
-// which must outlive it, and to nothing of `text`.
+// Raises -2147217865 for unknown tables, -2147217904 for unknown columns, -2147217913 where types
+// do not go together and -2147217900 for everything else that makes no sense. The result refers to
+// tables of `catalog`, which must outlive it, and to nothing of `text`.
 [[nodiscard]] BoundStatement bind(Statement statement, std::string_view text,
                                   const std::vector<Literal>& literals, const Catalog& catalog);
 

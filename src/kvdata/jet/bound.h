@@ -1,4 +1,5 @@
-// A statement whose names are resolved against the catalog: what the emitters and the record sets work from.
+// A statement whose names are resolved against the catalog: what the emitters and the record sets
+// work from.
 #pragma once
 
 #include <memory>
@@ -37,22 +38,23 @@ struct BoundSelect {
   const Select* syntax = nullptr;
   std::vector<ScopeTable> scope;
   std::vector<Output> outputs;
-  std::vector<Ordering> order;   // of the ORDER BY clause, ordinals replaced
-  bool grouped = false;          // GROUP BY or aggregates
-  // Rows can be read again by the keys of the tables in `named`: no grouping, no DISTINCT, some base column.
+  std::vector<Ordering> order;  // of the ORDER BY clause, ordinals replaced
+  bool grouped = false;         // GROUP BY or aggregates
+  // Rows can be read again by the keys of the tables in `named`: no grouping, no DISTINCT, some
+  // base column.
   bool keyed = false;
-  std::vector<int> named;        // scope places of the tables that the outputs show
-  bool rowsOnly = false;         // DISTINCTROW that drops rows: one row per combination of `named`
-  std::vector<ExprPtr> owned;    // column nodes that stand for expanded stars
+  std::vector<int> named;      // scope places of the tables that the outputs show
+  bool rowsOnly = false;       // DISTINCTROW that drops rows: one row per combination of `named`
+  std::vector<ExprPtr> owned;  // column nodes that stand for expanded stars
 };
 
 struct BoundStatement {
   Statement statement;
   std::unique_ptr<BoundSelect> select;  // SELECT, and the SELECT of an INSERT
   std::vector<ScopeTable> scope;        // UPDATE, DELETE: their tables
-  int target = 0;                       // UPDATE, DELETE: the table that is written, by place in the scope
+  int target = 0;  // UPDATE, DELETE: the table that is written, by place in the scope
   const TableInfo* insertTable = nullptr;
-  std::vector<int> insertColumns;       // places in insertTable, one per value
+  std::vector<int> insertColumns;  // places in insertTable, one per value
   // Every table the statement names, each once, as the catalog spells it.
   std::vector<std::string> tables;
 };

@@ -38,8 +38,7 @@ SqlValue assigned(const ColumnInfo& column, const Literal& literal, double sign,
                   std::string_view statement) {
   const auto signedNumber = [&] { return sign * number(literal, statement); };
   switch (column.type) {
-    case ColumnType::Boolean:
-      return static_cast<std::int64_t>(signedNumber() != 0 ? -1 : 0);
+    case ColumnType::Boolean: return static_cast<std::int64_t>(signedNumber() != 0 ? -1 : 0);
     case ColumnType::Int16:
       return wholeNumber(signedNumber(), std::numeric_limits<std::int16_t>::min(),
                          std::numeric_limits<std::int16_t>::max(), literal, statement);
@@ -70,7 +69,8 @@ SqlValue assigned(const ColumnInfo& column, const Literal& literal, double sign,
   switch (literal.kind) {
     case LiteralKind::Text: text = std::get<std::string>(literal.value); break;
     case LiteralKind::Whole:
-      text = std::to_string(static_cast<std::int64_t>(sign) * std::get<std::int64_t>(literal.value));
+      text =
+          std::to_string(static_cast<std::int64_t>(sign) * std::get<std::int64_t>(literal.value));
       break;
     case LiteralKind::Real: text = numberText(sign * std::get<double>(literal.value)); break;
     case LiteralKind::Date: text = dateText(std::get<Date>(literal.value)); break;

@@ -1,5 +1,5 @@
-// What one engine's SQL says differently from another's, each difference one named answer. The emitter is
-// written against this; a third engine brings one more of these.
+// What one engine's SQL says differently from another's, each difference one named answer. The
+// emitter is written against this; a third engine brings one more of these.
 #pragma once
 
 #include <string>
@@ -32,10 +32,12 @@ class Dialect {
   [[nodiscard]] virtual std::vector<std::string> order(const std::string& sql) const = 0;
   // The forms in which a literal stands beside what `order` gives, as many as that has parts.
   [[nodiscard]] virtual std::vector<ParamUse::Form> orderForms() const = 0;
-  [[nodiscard]] virtual std::string like(const std::string& value, const std::string& pattern) const = 0;
+  [[nodiscard]] virtual std::string like(const std::string& value,
+                                         const std::string& pattern) const = 0;
   // The least or greatest text of a group by order key.
   [[nodiscard]] virtual std::string textExtreme(const std::string& sql, bool greatest) const = 0;
-  // One spelling of texts that are equal by fold key, the same on every engine: the least by code point.
+  // One spelling of texts that are equal by fold key, the same on every engine: the least by code
+  // point.
   [[nodiscard]] virtual std::string anySpelling(const std::string& sql) const = 0;
 
   // A condition as a value: -1, 0 or Null.
@@ -47,7 +49,8 @@ class Dialect {
   // What follows an ORDER BY expression so that Null sorts first ascending and last descending.
   [[nodiscard]] virtual std::string direction(bool descending) const = 0;
 
-  // A FROM item named k whose rows are the list of keys bound to parameter 1, with columns k1, k2, ...
+  // A FROM item named k whose rows are the list of keys bound to parameter 1, with columns k1, k2,
+  // ...
   [[nodiscard]] virtual std::string keyList(std::size_t keysPerRow) const = 0;
 
   // Definition of a column, and of the key that names a row.
@@ -55,8 +58,8 @@ class Dialect {
   [[nodiscard]] virtual std::string hiddenKeyDefinition(const std::string& name) const = 0;
 };
 
-// The dialect of that name ("sqlite"); raises 5 for one there is not. Dialects have no state and live as long as the
-// program.
+// The dialect of that name ("sqlite"); raises 5 for one there is not. Dialects have no state and
+// live as long as the program.
 [[nodiscard]] const Dialect& dialectNamed(std::string_view name);
 [[nodiscard]] const Dialect& sqliteDialect();
 

@@ -1,5 +1,5 @@
-// What the emitters hand to the floor above: SQL texts of the engine's own dialect, with the uses of the
-// statement's literals as parameters.
+// What the emitters hand to the floor above: SQL texts of the engine's own dialect, with the uses
+// of the statement's literals as parameters.
 #pragma once
 
 #include <string>
@@ -22,10 +22,11 @@ struct ParamUse {
   };
   Form form = Form::Plain;
   int literal = 0;
-  // Between: the lesser or the greater of `literal` and `other`, by order key for text; -1 for neither.
+  // Between: the lesser or the greater of `literal` and `other`, by order key for text; -1 for
+  // neither.
   int other = -1;
   bool greater = false;
-  bool negative = false;                // the number with its sign turned
+  bool negative = false;               // the number with its sign turned
   const ColumnInfo* column = nullptr;  // Assign
 };
 
@@ -41,16 +42,17 @@ inline constexpr int kHeadRows = 200;
 struct Emitted {
   // SELECT whose rows have no keys: all rows. INSERT, UPDATE, DELETE: the statement.
   SqlText whole;
-  // SELECT whose rows have keys. `keys` gives the keys of the named tables for every row; `head` the outputs
-  // and then the keys of the first kHeadRows rows; `rows` the same for rows given by key, parameter 1 being the
-  // list of keys. All three in the same order.
+  // SELECT whose rows have keys. `keys` gives the keys of the named tables for every row; `head`
+  // the outputs and then the keys of the first kHeadRows rows; `rows` the same for rows given by
+  // key, parameter 1 being the list of keys. All three in the same order.
   SqlText keys;
   SqlText head;
   SqlText rows;
 };
 
-// The value that a use of a literal binds. Raises -2147217913 where the column cannot take a value of that kind,
-// -2147217833 for numbers out of its range, -2147467259 for text that is too long; `statement` is for the place.
+// The value that a use of a literal binds. Raises -2147217913 where the column cannot take a value
+// of that kind, -2147217833 for numbers out of its range, -2147467259 for text that is too long;
+// `statement` is for the place.
 [[nodiscard]] SqlValue boundValue(const ParamUse& use, const std::vector<Literal>& literals,
                                   std::string_view statement);
 

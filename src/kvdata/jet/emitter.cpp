@@ -46,7 +46,8 @@ bool isCondition(const Expr& e) {
 
 bool isConstant(const Expr& e) {
   if (e.kind == ExprKind::Column || e.aggregate != Aggregate::None) return false;
-  return std::all_of(e.args.begin(), e.args.end(), [](const auto& arg) { return isConstant(*arg); });
+  return std::all_of(e.args.begin(), e.args.end(),
+                     [](const auto& arg) { return isConstant(*arg); });
 }
 
 // Writes one SQL text and gathers its parameters.
@@ -56,12 +57,10 @@ class Writer {
          const Dialect& dialect, int firstParam = 1)
       : scope_(scope), literals_(literals), lifted_(lifted), d_(dialect), firstParam_(firstParam) {}
 
-  SqlText finish(std::string text) {
-    return {std::move(text), std::move(params_), firstParam_};
-  }
+  SqlText finish(std::string text) { return {std::move(text), std::move(params_), firstParam_}; }
 
-  // While these are set, an expression equal to one of them stands for its group: texts of a group may be spelled
-  // in several ways, so one spelling is taken.
+  // While these are set, an expression equal to one of them stands for its group: texts of a group
+  // may be spelled in several ways, so one spelling is taken.
   void setGroups(std::vector<const Expr*> groups) { groups_ = std::move(groups); }
 
   // ---- literals ----
@@ -143,8 +142,8 @@ class Writer {
     return {};
   }
 
-  // Parameters are numbered as they are written, so the left side is written first: arguments of one call could be
-  // evaluated in any order.
+  // Parameters are numbered as they are written, so the left side is written first: arguments of
+  // one call could be evaluated in any order.
   std::pair<std::string, std::string> values(const Expr& e) {
     std::string left = value(*e.args[0]);
     std::string right = value(*e.args[1]);
@@ -248,7 +247,8 @@ class Writer {
     return out + ")";
   }
 
-  // "c = 1 Or c = 2 Or ..." with literals is a list, which engines look up faster than they test a chain.
+  // "c = 1 Or c = 2 Or ..." with literals is a list, which engines look up faster than they test a
+  // chain.
   static const Expr* sameColumnList(const Expr& e) {
     const Expr* first = e.args[0].get();
     for (const auto& arg : e.args) {
@@ -301,19 +301,16 @@ class Writer {
     std::string out;
     const auto plain = [&](const Expr& l) { return literalOf(l).kind; };
     const bool literals = a.kind == ExprKind::Literal && b.kind == ExprKind::Literal;
-    const bool alike =
-        literals && (isText(a) ? isText(x) && isText(b)
-                     : isDate(a) ? isDate(x) && isDate(b)
-                                 : isNumber(x) && plain(b) != LiteralKind::Date);
+    const bool alike = literals && (isText(a)   ? isText(x) && isText(b)
+                                    : isDate(a) ? isDate(x) && isDate(b)
+                                                : isNumber(x) && plain(b) != LiteralKind::Date);
     if (alike) {  // which one is the lower is known when the values are
       const auto bound = [&](bool greater) {
         std::vector<std::string> parts;
         const auto forms = isText(x) ? d_.orderForms() : std::vector{ParamUse::Form::Plain};
         for (const auto form : forms)
-          parts.push_back(literal({.form = form,
-                                   .literal = a.literal,
-                                   .other = b.literal,
-                                   .greater = greater}));
+          parts.push_back(literal(
+              {.form = form, .literal = a.literal, .other = b.literal, .greater = greater}));
         return row(parts);
       };
       const std::string left = isText(x) ? row(order(x)) : value(x);
@@ -402,7 +399,8 @@ class Writer {
     return out;
   }
 
-  // TOP n keeps every row that ties with the last one on the ORDER BY; without one it is the first n.
+  // TOP n keeps every row that ties with the last one on the ORDER BY; without one it is the first
+  // n.
   std::string top(const Select& syntax, const Shape& shape, const std::vector<std::string>& total,
                   const std::string& tail) const {
     std::vector<std::string> outer;
@@ -411,16 +409,17 @@ class Writer {
       outer.push_back(fmt::format("c{}", i));
       inner += fmt::format("{} AS c{}, ", shape.list[i], i);
     }
-    const std::string sequence =
-        total.empty() ? "ROW_NUMBER() OVER ()"
-                      : "ROW_NUMBER() OVER (ORDER BY " + joinTexts(total) + ")";
+    const std::string sequence = total.empty()
+                                     ? "ROW_NUMBER() OVER ()"
+                                     : "ROW_NUMBER() OVER (ORDER BY " + joinTexts(total) + ")";
     const std::string rank =
         shape.order.empty() ? sequence : "RANK() OVER (ORDER BY " + joinTexts(shape.order) + ")";
-    const std::string limit =
-        syntax.topPercent ? fmt::format("(kv_rank - 1) * 100 < {} * kv_count", *syntax.top)
-                          : fmt::format("kv_rank <= {}", *syntax.top);
+    const std::string limit = syntax.topPercent
+                                  ? fmt::format("(kv_rank - 1) * 100 < {} * kv_count", *syntax.top)
+                                  : fmt::format("kv_rank <= {}", *syntax.top);
     return fmt::format(
-        "SELECT {} FROM (SELECT {}{} AS kv_seq, {} AS kv_rank{}{}) AS kv_top WHERE {} ORDER BY kv_seq",
+        "SELECT {} FROM (SELECT {}{} AS kv_seq, {} AS kv_rank{}{}) AS kv_top WHERE {} ORDER BY "
+        "kv_seq",
         joinTexts(outer), inner, sequence, rank,
         syntax.topPercent ? ", COUNT(*) OVER () AS kv_count" : "", tail, limit);
   }
@@ -454,7 +453,8 @@ class Writer {
     for (const auto& o : s.order) {
       std::vector<std::string> own;
       append(own, *o.expr, o.descending);
-      if (!ofNamed(s, *o.expr))  // a column of a table that is not shown: the first of the combination
+      if (!ofNamed(s,
+                   *o.expr))  // a column of a table that is not shown: the first of the combination
         for (auto& sql : own) {
           const auto suffix = d_.direction(o.descending);
           sql = "MIN(" + sql.substr(0, sql.size() - suffix.size()) + ")" + suffix;
@@ -499,8 +499,8 @@ class Writer {
     return assemble(s, std::move(shape));
   }
 
-  // DISTINCT is grouping by all outputs. Over a grouped select, or with constants alone, there is nothing to group
-  // by, and the rows as they are shown are compared.
+  // DISTINCT is grouping by all outputs. Over a grouped select, or with constants alone, there is
+  // nothing to group by, and the rows as they are shown are compared.
   std::string distinct(const BoundSelect& s) {
     std::vector<const Expr*> all;
     for (const auto& o : s.outputs) all.push_back(o.expr);
@@ -549,8 +549,7 @@ class Writer {
   std::string rows(const BoundSelect& s) {
     auto list = outputs(s);
     for (auto& k : keys(s.named)) list.push_back(std::move(k));
-    std::string out =
-        "SELECT " + joinTexts(list) + " FROM " + d_.keyList(s.named.size());
+    std::string out = "SELECT " + joinTexts(list) + " FROM " + d_.keyList(s.named.size());
     for (std::size_t i = 0; i < s.named.size(); ++i) {
       const auto& t = s.scope[static_cast<std::size_t>(s.named[i])];
       out += fmt::format(" LEFT JOIN {} AS {} ON {} = k.k{}", quotedName(t.info->name),
@@ -565,8 +564,7 @@ class Writer {
     const ColumnInfo& column =
         given.stands.empty() ? given : table.columns[*table.find(given.stands)];
     if (e.kind == ExprKind::Literal)
-      return literal(
-          {.form = ParamUse::Form::Assign, .literal = e.literal, .column = &column});
+      return literal({.form = ParamUse::Form::Assign, .literal = e.literal, .column = &column});
     if (e.kind == ExprKind::Negate && e.args[0]->kind == ExprKind::Literal)
       return literal({.form = ParamUse::Form::Assign,
                       .literal = e.args[0]->literal,
@@ -624,9 +622,9 @@ SqlText emitInsert(const BoundStatement& bound, const std::vector<Literal>& lite
     Writer::Shape shape;
     for (const auto& place : values) {
       const auto i = static_cast<std::size_t>(std::stoul(place));
-      shape.list.push_back(writer.assigned(
-          table, table.columns[static_cast<std::size_t>(bound.insertColumns[i])],
-          *select.outputs[i].expr));
+      shape.list.push_back(
+          writer.assigned(table, table.columns[static_cast<std::size_t>(bound.insertColumns[i])],
+                          *select.outputs[i].expr));
     }
     writer.orderRows(select, shape);
     text = writer.assemble(select, std::move(shape));
@@ -663,8 +661,7 @@ SqlText emitUpdate(const BoundStatement& bound, const std::vector<Literal>& lite
   Writer writer(bound.scope, literals, lifted, dialect);
   std::string out = "UPDATE " + writer.from(*s.from) + " SET ";
   for (std::size_t i = 0; i < s.assignments.size(); ++i) {
-    const auto& column =
-        table.columns[static_cast<std::size_t>(s.assignments[i].column->column)];
+    const auto& column = table.columns[static_cast<std::size_t>(s.assignments[i].column->column)];
     if (i > 0) out += ", ";
     out += quotedName(column.stands.empty() ? column.name : column.stands) + " = ";
     out += writer.assigned(table, column, *s.assignments[i].value);
@@ -678,12 +675,11 @@ SqlText emitDelete(const BoundStatement& bound, const std::vector<Literal>& lite
   const Delete& s = *bound.statement.remove;
   Writer writer(bound.scope, literals, lifted, dialect);
   const std::string where = s.where ? " WHERE " + writer.condition(*s.where) : std::string();
-  if (bound.scope.size() == 1)
-    return writer.finish("DELETE FROM " + writer.from(*s.from) + where);
+  if (bound.scope.size() == 1) return writer.finish("DELETE FROM " + writer.from(*s.from) + where);
   const auto& target = bound.scope[static_cast<std::size_t>(bound.target)];
-  return writer.finish(fmt::format(
-      "DELETE FROM {} WHERE {} IN (SELECT {} FROM {}{})", quotedName(target.info->name),
-      quotedName(target.info->key), writer.key(bound.target), writer.from(*s.from), where));
+  return writer.finish(fmt::format("DELETE FROM {} WHERE {} IN (SELECT {} FROM {}{})",
+                                   quotedName(target.info->name), quotedName(target.info->key),
+                                   writer.key(bound.target), writer.from(*s.from), where));
 }
 
 }  // namespace
@@ -745,7 +741,9 @@ std::string emitUpdateRow(const TableInfo& table, std::span<const int> set,
   int next = 1;
   std::vector<std::string> assignments;
   std::vector<std::string> tests;
-  const auto name = [&](int c) { return quotedName(table.columns[static_cast<std::size_t>(c)].name); };
+  const auto name = [&](int c) {
+    return quotedName(table.columns[static_cast<std::size_t>(c)].name);
+  };
   for (const int c : set) assignments.push_back(name(c) + " = " + dialect.parameter(next++));
   tests.push_back(quotedName(table.key) + " = " + dialect.parameter(next++));
   for (const int c : check)
@@ -760,8 +758,8 @@ std::string emitDeleteRow(const TableInfo& table, const Dialect& dialect) {
 }
 
 std::string emitRowExists(const TableInfo& table, const Dialect& dialect) {
-  return fmt::format("SELECT 1 FROM {} WHERE {} = {}", quotedName(table.name), quotedName(table.key),
-                     dialect.parameter(1));
+  return fmt::format("SELECT 1 FROM {} WHERE {} = {}", quotedName(table.name),
+                     quotedName(table.key), dialect.parameter(1));
 }
 
 std::vector<std::string> emitCreateTable(const TableInfo& table, const Dialect& dialect) {

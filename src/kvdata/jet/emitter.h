@@ -11,18 +11,19 @@
 
 namespace kv::jet {
 
-// `lifted` false writes every literal into the text. The parameters refer to columns of the catalog the statement
-// was bound against.
+// `lifted` false writes every literal into the text. The parameters refer to columns of the catalog
+// the statement was bound against.
 [[nodiscard]] Emitted emit(const BoundStatement& bound, const std::vector<Literal>& literals,
                            bool lifted, const Dialect& dialect);
 
-// The statements by which record sets write single rows; every value is a parameter, numbered from 1 in order of
-// appearance.
+// The statements by which record sets write single rows; every value is a parameter, numbered from
+// 1 in order of appearance.
 
 // INSERT of the given columns; returns the key of the new row as its one result row.
 [[nodiscard]] std::string emitInsertRow(const TableInfo& table, std::span<const int> columns,
                                         const Dialect& dialect);
-// UPDATE of `set` where the key is the next parameter and `check` columns are still as the following ones.
+// UPDATE of `set` where the key is the next parameter and `check` columns are still as the
+// following ones.
 [[nodiscard]] std::string emitUpdateRow(const TableInfo& table, std::span<const int> set,
                                         std::span<const int> check, const Dialect& dialect);
 // DELETE by key.
@@ -35,8 +36,8 @@ namespace kv::jet {
                                                        const Dialect& dialect);
 [[nodiscard]] std::vector<std::string> emitCreateIndexes(const TableInfo& table,
                                                          const Dialect& dialect);
-// INSERT of all rows of one table into another with the same columns, keys included, each value converted to the type
-// it has there.
+// INSERT of all rows of one table into another with the same columns, keys included, each value
+// converted to the type it has there.
 [[nodiscard]] std::string emitCopyTable(const TableInfo& from, const TableInfo& to,
                                         const Dialect& dialect);
 

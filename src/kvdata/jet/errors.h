@@ -1,5 +1,5 @@
-// The errors of the SQL front end: the well-known numbers and texts, each followed by the place in the
-// statement and what stands there.
+// The errors of the SQL front end: the well-known numbers and texts, each followed by the place in
+// the statement and what stands there.
 #pragma once
 
 #include <string_view>
@@ -11,18 +11,19 @@ namespace kv::jet {
 // Well-known texts. The numbers in the comments are the native ones that clients may know them by.
 inline constexpr std::string_view kMissingOperator =  // 3075
     "Syntax error (missing operator) in query expression.";
-inline constexpr std::string_view kBadString = "Syntax error in string in query expression.";  // 3076
-inline constexpr std::string_view kBadDate = "Syntax error in date in query expression.";      // 3077
-inline constexpr std::string_view kBadBrackets = "Invalid bracketing of name.";                // 3126
-inline constexpr std::string_view kNotAStatement =                                             // 3129
+inline constexpr std::string_view kBadString =
+    "Syntax error in string in query expression.";                                         // 3076
+inline constexpr std::string_view kBadDate = "Syntax error in date in query expression.";  // 3077
+inline constexpr std::string_view kBadBrackets = "Invalid bracketing of name.";            // 3126
+inline constexpr std::string_view kNotAStatement =                                         // 3129
     "Invalid SQL statement; expected 'DELETE', 'INSERT', 'SELECT', or 'UPDATE'.";
-inline constexpr std::string_view kBadFrom = "Syntax error in FROM clause.";               // 3131
-inline constexpr std::string_view kBadInsert = "Syntax error in INSERT INTO statement.";   // 3134
-inline constexpr std::string_view kBadJoin = "Syntax error in JOIN operation.";            // 3135
-inline constexpr std::string_view kBadOrderBy = "Syntax error in ORDER BY clause.";        // 3138
+inline constexpr std::string_view kBadFrom = "Syntax error in FROM clause.";              // 3131
+inline constexpr std::string_view kBadInsert = "Syntax error in INSERT INTO statement.";  // 3134
+inline constexpr std::string_view kBadJoin = "Syntax error in JOIN operation.";           // 3135
+inline constexpr std::string_view kBadOrderBy = "Syntax error in ORDER BY clause.";       // 3138
 inline constexpr std::string_view kBadGroupBy = "Syntax error in GROUP BY clause.";
 inline constexpr std::string_view kBadDelete = "Syntax error in DELETE statement.";
-inline constexpr std::string_view kBadSelect =                                             // 3141
+inline constexpr std::string_view kBadSelect =  // 3141
     "The SELECT statement includes a reserved word or an argument name that is misspelled or "
     "missing, or the punctuation is incorrect.";
 inline constexpr std::string_view kTrailingText =  // 3142
@@ -62,7 +63,8 @@ inline constexpr std::string_view kFieldTooSmall =  // 3163
     "The field is too small to accept the amount of data you attempted to add. Try inserting or "
     "pasting less data.";
 
-// Throws `number` with the text, then " (position N: 'what stands there')"; positions count characters from 1.
+// Throws `number` with the text, then " (position N: 'what stands there')"; positions count
+// characters from 1.
 [[noreturn]] void fail(std::int32_t number, std::string_view text, std::string_view statement,
                        TextRange where);
 

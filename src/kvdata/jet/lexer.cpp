@@ -65,8 +65,10 @@ class Lexer {
       while (good < text_.size() && isStorableText(text_.substr(0, good + 1))) ++good;
       fail(kSyntax, "The statement is not well-formed UTF-8 text.", text_, {good, 0});
     }
-    // A token and the blank before it never need more room in the shape than twice what they have in the text.
-    if (out_.shapeBuffer.size() < text_.size() * 2 + 2) out_.shapeBuffer.resize(text_.size() * 2 + 2);
+    // A token and the blank before it never need more room in the shape than twice what they have
+    // in the text.
+    if (out_.shapeBuffer.size() < text_.size() * 2 + 2)
+      out_.shapeBuffer.resize(text_.size() * 2 + 2);
     while (at_ < text_.size()) {
       const auto k = classOf(text_[at_]);
       switch (k) {
@@ -265,7 +267,7 @@ class Lexer {
   std::size_t shapeSize_ = 0;
   std::size_t at_ = 0;
   int depth_ = 0;
-  int keepFrom_ = -1;      // the parenthesis depth since which literals stay in the text; -1 for none
+  int keepFrom_ = -1;  // the parenthesis depth since which literals stay in the text; -1 for none
   bool keepNext_ = false;  // the next literal stays in the text
   bool lastWord_ = false;  // the shape ends in a word, so the next one needs a blank
 };

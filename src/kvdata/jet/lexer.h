@@ -13,10 +13,12 @@ namespace kv::jet {
 struct Lexed {
   std::vector<Token> tokens;      // the last one is End
   std::vector<Literal> literals;  // in order of appearance
-  // Equal for statements that differ only in the values of lifted literals and in white space between tokens.
-  // Literals that shape the statement (behind TOP, in ORDER BY and GROUP BY) stay in it as written.
+  // Equal for statements that differ only in the values of lifted literals and in white space
+  // between tokens. Literals that shape the statement (behind TOP, in ORDER BY and GROUP BY) stay
+  // in it as written.
   std::string_view shape;
-  // False when there are so many literals that they stay in the text: such a statement is not worth keeping.
+  // False when there are so many literals that they stay in the text: such a statement is not worth
+  // keeping.
   bool lifted = true;
 
   void clear();
@@ -24,7 +26,8 @@ struct Lexed {
   std::string shapeBuffer;  // what `shape` is a part of; only grows
 };
 
-// Statements with more literals than this are run with their literals written out; engines limit parameters.
+// Statements with more literals than this are run with their literals written out; engines limit
+// parameters.
 inline constexpr std::size_t kMostLifted = 500;
 
 // Fills `out`, reusing its memory. Raises -2147217900 for text that is no sequence of tokens.

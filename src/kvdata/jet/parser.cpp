@@ -12,12 +12,11 @@ namespace {
 
 // Words that cannot stand for a column or table unless they are in brackets.
 constexpr std::array<std::string_view, 45> kReserved = {
-    "all",     "and",         "as",     "asc",     "between", "by",     "delete", "desc",
-    "distinct", "distinctrow", "eqv",    "false",   "from",    "group",  "having", "imp",
-    "in",      "inner",       "insert", "into",    "is",      "join",   "left",   "like",
-    "mod",     "no",          "not",    "null",    "off",     "on",     "or",     "order",
-    "outer",   "percent",     "right",  "select",  "set",     "top",    "true",   "union",
-    "update",  "values",      "where",  "xor",     "yes"};
+    "all",         "and",  "as",    "asc",   "between", "by",     "delete",  "desc",  "distinct",
+    "distinctrow", "eqv",  "false", "from",  "group",   "having", "imp",     "in",    "inner",
+    "insert",      "into", "is",    "join",  "left",    "like",   "mod",     "no",    "not",
+    "null",        "off",  "on",    "or",    "order",   "outer",  "percent", "right", "select",
+    "set",         "top",  "true",  "union", "update",  "values", "where",   "xor",   "yes"};
 static_assert(std::is_sorted(kReserved.begin(), kReserved.end()));
 
 bool isReserved(std::string_view word) {
@@ -26,7 +25,8 @@ bool isReserved(std::string_view word) {
 
 class Parser {
  public:
-  Parser(std::string_view text, const Lexed& lexed) : text_(text), tokens_(lexed.tokens), lexed_(lexed) {}
+  Parser(std::string_view text, const Lexed& lexed)
+      : text_(text), tokens_(lexed.tokens), lexed_(lexed) {}
 
   Statement statement() {
     Statement out;
@@ -123,8 +123,8 @@ class Parser {
     Parser& parser_;
   };
 
-  // Finishes a node whose arguments are in place: chains nest to the left without recursion, so their depth
-  // is counted here.
+  // Finishes a node whose arguments are in place: chains nest to the left without recursion, so
+  // their depth is counted here.
   ExprPtr finished(ExprPtr e, TextRange first) {
     e->range = since(first);
     for (const auto& arg : e->args) e->depth = std::max(e->depth, arg->depth + 1);
@@ -150,8 +150,8 @@ class Parser {
       std::string_view word;
       Op op;
     };
-    static constexpr std::array<Rung, 3> kRungs = {
-        Rung{"imp", Op::Imp}, Rung{"eqv", Op::Eqv}, Rung{"xor", Op::Xor}};
+    static constexpr std::array<Rung, 3> kRungs = {Rung{"imp", Op::Imp}, Rung{"eqv", Op::Eqv},
+                                                   Rung{"xor", Op::Xor}};
     if (level == kRungs.size()) return flat(ExprKind::Or);
     const auto first = peek().range;
     auto left = logical(level + 1);

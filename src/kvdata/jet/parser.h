@@ -8,12 +8,13 @@
 
 namespace kv::jet {
 
-// Levels of nesting (parentheses, Not, function arguments, chains of other operators than And and Or, joins)
-// that a statement may have. Deeper ones are refused before anything recurses into them.
+// Levels of nesting (parentheses, Not, function arguments, chains of other operators than And and
+// Or, joins) that a statement may have. Deeper ones are refused before anything recurses into them.
 inline constexpr int kMostNested = 250;
 
-// Parses the one statement that `lexed` holds; `text` is the text it was cut from. Raises -2147217900 with the
-// place of the fault. The tree refers to nothing of its arguments but literals by number.
+// Parses the one statement that `lexed` holds; `text` is the text it was cut from. Raises
+// -2147217900 with the place of the fault. The tree refers to nothing of its arguments but literals
+// by number.
 [[nodiscard]] Statement parse(std::string_view text, const Lexed& lexed);
 
 }  // namespace kv::jet

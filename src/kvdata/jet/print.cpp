@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-
 #include "common/text.h"
 #include "kvdata/jet/ast.h"
 

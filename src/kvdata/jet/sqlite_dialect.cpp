@@ -64,10 +64,11 @@ class SqliteDialect final : public Dialect {
       out += " DEFAULT 0";
     // Constraint names tell the engine which well-known error a violation is.
     if (c.type == ColumnType::Boolean)
-      out += fmt::format(" CONSTRAINT {} CHECK ({} IN (-1, 0))", quotedName("kv_bool_" + c.name), name);
+      out += fmt::format(" CONSTRAINT {} CHECK ({} IN (-1, 0))", quotedName("kv_bool_" + c.name),
+                         name);
     if (c.type == ColumnType::Text)
-      out += fmt::format(" CONSTRAINT {} CHECK (length({}) <= {})",
-                         quotedName("kv_size_" + c.name), name, c.size);
+      out += fmt::format(" CONSTRAINT {} CHECK (length({}) <= {})", quotedName("kv_size_" + c.name),
+                         name, c.size);
     return out;
   }
 

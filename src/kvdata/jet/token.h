@@ -11,9 +11,9 @@ namespace kv::jet {
 
 enum class TokenKind : std::uint8_t {
   End,
-  Word,    // a name or keyword as written
-  Name,    // a name in brackets or backticks; `text` is what stands between them
-  Text,    // '...' or "..."
+  Word,  // a name or keyword as written
+  Name,  // a name in brackets or backticks; `text` is what stands between them
+  Text,  // '...' or "..."
   Number,
   Date,    // #...#
   Symbol,  // operators and punctuation
@@ -23,7 +23,7 @@ struct Token {
   TokenKind kind = TokenKind::End;
   std::string_view text;  // a slice of the statement; for Name, without the brackets
   TextRange range;        // the whole token in the statement
-  int literal = -1;       // place of its value in the statement's literals, for Text, Number and Date
+  int literal = -1;  // place of its value in the statement's literals, for Text, Number and Date
 };
 
 enum class LiteralKind : std::uint8_t { Text, Whole, Real, Date };
@@ -32,7 +32,8 @@ struct Literal {
   LiteralKind kind = LiteralKind::Text;
   SqlValue value;
   TextRange range;
-  // True where the literal shapes the statement (behind TOP, in ORDER BY, in GROUP BY) and so stays in its text.
+  // True where the literal shapes the statement (behind TOP, in ORDER BY, in GROUP BY) and so stays
+  // in its text.
   bool kept = false;
 };
 

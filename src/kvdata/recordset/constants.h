@@ -14,13 +14,15 @@ inline constexpr std::int32_t kEditNone = 0;
 inline constexpr std::int32_t kEditInProgress = 1;
 inline constexpr std::int32_t kEditAdd = 2;
 
-// CursorType. Every set is a keyset, whatever was asked for, except those whose rows have no keys: these are static.
+// CursorType. Every set is a keyset, whatever was asked for, except those whose rows have no keys:
+// these are static.
 inline constexpr std::int32_t kForwardOnly = 0;
 inline constexpr std::int32_t kKeyset = 1;
 inline constexpr std::int32_t kDynamic = 2;
 inline constexpr std::int32_t kStatic = 3;
 
-// LockType. Pessimistic and batch sets behave as optimistic ones: no row stays locked while a set is open.
+// LockType. Pessimistic and batch sets behave as optimistic ones: no row stays locked while a set
+// is open.
 inline constexpr std::int32_t kReadOnly = 1;
 inline constexpr std::int32_t kPessimistic = 2;
 inline constexpr std::int32_t kOptimistic = 3;

@@ -16,7 +16,8 @@ namespace {
 using jet::Token;
 using jet::TokenKind;
 
-// Patterns of record sets know both sets of wildcards; a pattern that has the asterisks is read with these.
+// Patterns of record sets know both sets of wildcards; a pattern that has the asterisks is read
+// with these.
 LikePattern patternOf(std::string_view text) {
   const bool asterisks = text.find('*') != std::string_view::npos;
   return LikePattern(text, asterisks ? Wildcards::AsteriskQuestion : Wildcards::PercentUnderscore);

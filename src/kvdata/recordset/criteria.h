@@ -32,7 +32,7 @@ class Comparison {
   Op op_;
   Variant value_;
   bool isText_ = false;
-  std::string key_;  // fold or order key of a text value, as the operator needs it
+  std::string key_;                   // fold or order key of a text value, as the operator needs it
   std::vector<LikePattern> pattern_;  // one, for Like
 };
 

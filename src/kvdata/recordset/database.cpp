@@ -56,8 +56,7 @@ PreparedStatement Database::prepare(std::string_view text) {
   PreparedStatement out;
   const auto known = lexed_.lifted ? byKey_.find(lexed_.shape) : byKey_.end();
   if (known != byKey_.end()) {
-    if (known->second != shapes_.begin())
-      shapes_.splice(shapes_.begin(), shapes_, known->second);
+    if (known->second != shapes_.begin()) shapes_.splice(shapes_.begin(), shapes_, known->second);
     out.shape = known->second->shape;
   } else {
     out.shape = makeShape(text, lexed_);
@@ -75,7 +74,8 @@ PreparedStatement Database::prepare(std::string_view text) {
   return out;
 }
 
-std::shared_ptr<StatementShape> Database::makeShape(std::string_view text, const jet::Lexed& lexed) {
+std::shared_ptr<StatementShape> Database::makeShape(std::string_view text,
+                                                    const jet::Lexed& lexed) {
   auto shape = std::make_shared<StatementShape>();
   shape->catalog = catalog_;
   shape->bound = jet::bind(jet::parse(text, lexed), text, lexed.literals, *catalog_);
@@ -130,7 +130,8 @@ Transaction::Transaction(Database& database, engine::Access access)
   auto& engine = database_.engine();
   const bool open = database_.opener_ >= 0;
   const bool openForWriting =
-      open && database_.levels_[static_cast<std::size_t>(database_.opener_)] == engine::Access::Write;
+      open &&
+      database_.levels_[static_cast<std::size_t>(database_.opener_)] == engine::Access::Write;
   if (access == engine::Access::Write && open && !openForWriting) {
     engine.commit();
     database_.opener_ = -1;
@@ -165,7 +166,8 @@ Transaction::~Transaction() {
         engine.release(level_);
       }
     } catch (const std::exception&) {
-      engine.rollback();  // a mark that cannot be reached: the whole transaction goes, and commit will say so
+      engine.rollback();  // a mark that cannot be reached: the whole transaction goes, and commit
+                          // will say so
     }
   }
   leave();

@@ -1,5 +1,5 @@
-// A database that speaks the dialect: an engine with the SQL front end before it. Statements of one shape are lexed,
-// found again and run; only a new shape is parsed, bound, emitted and prepared.
+// A database that speaks the dialect: an engine with the SQL front end before it. Statements of one
+// shape are lexed, found again and run; only a new shape is parsed, bound, emitted and prepared.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ struct UpdatePlan {
   std::vector<int> set;   // the columns written, by place in the table
   struct Check {
     std::size_t column;  // of the set
-    int stored;          // the stored column behind a second name; -1 where the column is stored itself
+    int stored;  // the stored column behind a second name; -1 where the column is stored itself
   };
   std::vector<Check> check;  // what must still be as it was read
   std::unique_ptr<engine::Statement> statement;
@@ -39,7 +39,8 @@ struct StatementShape {
   jet::BoundStatement bound;
   jet::Emitted emitted;
   std::vector<ColumnType> types;  // of the outputs
-  std::shared_ptr<const std::vector<SourceColumn>> columns;  // the same for record sets; made when first used
+  std::shared_ptr<const std::vector<SourceColumn>>
+      columns;  // the same for record sets; made when first used
   std::unique_ptr<engine::Statement> whole;
   std::unique_ptr<engine::Statement> keys;
   std::unique_ptr<engine::Statement> head;
@@ -78,7 +79,8 @@ class Database {
   // As above for a text in hand; a SELECT is checked and not run, and gives 0.
   std::int64_t execute(std::string_view text);
 
-  // The shape's engine statement for `text`, one of its emitted texts kept in `slot`, with the literals bound.
+  // The shape's engine statement for `text`, one of its emitted texts kept in `slot`, with the
+  // literals bound.
   engine::Statement& ready(const PreparedStatement& statement,
                            std::unique_ptr<engine::Statement>& slot, const jet::SqlText& text);
   // A statement of the emitter's row forms, kept by its text.
@@ -94,7 +96,8 @@ class Database {
   [[nodiscard]] const jet::Dialect& dialect() const noexcept { return *dialect_; }
   [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const noexcept { return catalog_; }
 
-  // Changes whenever this connection has written something or has undone something: rows read before may be stale.
+  // Changes whenever this connection has written something or has undone something: rows read
+  // before may be stale.
   [[nodiscard]] const std::uint64_t& stamp() const noexcept { return stamp_; }
   void wrote() noexcept { ++stamp_; }
 
@@ -134,9 +137,10 @@ class Database {
 
 // A transaction, or within one a mark to go back to. What is not committed is undone.
 //
-// Read shares one snapshot among the reads below it, and costs nothing inside another transaction. Write takes the
-// write lock before anything is tested. A Write below a Read ends the Read's snapshot first: a snapshot that
-// somebody has written behind could not be written from, however long one waited.
+// Read shares one snapshot among the reads below it, and costs nothing inside another transaction.
+// Write takes the write lock before anything is tested. A Write below a Read ends the Read's
+// snapshot first: a snapshot that somebody has written behind could not be written from, however
+// long one waited.
 class Transaction {
  public:
   Transaction(Database& database, engine::Access access);

@@ -111,7 +111,8 @@ std::int32_t Fields::Count() const {
 
 Ref<Field> Fields::operator()(std::string_view name) const {
   for (std::int32_t i = 0; i < Count(); ++i)
-    if (equalNoCase(columnOf(owner_->source_, owner_->local_, static_cast<std::size_t>(i)).name, name))
+    if (equalNoCase(columnOf(owner_->source_, owner_->local_, static_cast<std::size_t>(i)).name,
+                    name))
       return (*this)(i);
   if (!owner_->source_ && !owner_->local_) raise(kClosed);
   raise(kNoSuchItem, name);
@@ -133,7 +134,8 @@ void Fields::Append(const std::string& Name, std::int32_t Type, std::int32_t Def
   for (const auto& column : owner_->local_->columns())
     if (equalNoCase(column.name, Name)) raise(kNoSuchItem, Name);
   if (type == ColumnType::Text && DefinedSize <= 0) raise(kBadArgument);
-  owner_->local_->append({.name = Name, .type = type, .size = type == ColumnType::Text ? DefinedSize : 0});
+  owner_->local_->append(
+      {.name = Name, .type = type, .size = type == ColumnType::Text ? DefinedSize : 0});
 }
 
 }  // namespace kv

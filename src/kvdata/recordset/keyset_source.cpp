@@ -14,7 +14,8 @@ namespace {
 
 // The initial value of a column, as far as it is a constant.
 std::optional<SqlValue> initialValue(const ColumnInfo& column) {
-  if (column.type == ColumnType::Boolean) return SqlValue(std::int64_t{column.initial == "-1" ? -1 : 0});
+  if (column.type == ColumnType::Boolean)
+    return SqlValue(std::int64_t{column.initial == "-1" ? -1 : 0});
   if (column.initial.empty()) return std::nullopt;
   return storedValue(Variant(column.initial), column.type, column.size);
 }
@@ -103,8 +104,7 @@ RowEdit KeysetSource::beginAdd() {
     database_->wrote();
     for (std::size_t i = 0; i < columns_->size(); ++i) {
       const auto& output = select().outputs[i];
-      if (output.table >= 0 &&
-          &table.columns[static_cast<std::size_t>(output.column)] == counter)
+      if (output.table >= 0 && &table.columns[static_cast<std::size_t>(output.column)] == counter)
         edit[i] = number;
     }
   }
@@ -185,8 +185,8 @@ UpdatePlan& KeysetSource::planUpdate(std::size_t named, const std::vector<int>& 
     places.push_back(place);
     plan.check.push_back({i, shown.stands.empty() ? -1 : place});
   }
-  plan.statement = database_->engine().prepare(
-      jet::emitUpdateRow(table, set, places, database_->dialect()));
+  plan.statement =
+      database_->engine().prepare(jet::emitUpdateRow(table, set, places, database_->dialect()));
   constexpr std::size_t kMostPlans = 16;  // different edits of one shape are few
   if (plans.size() >= kMostPlans) plans.erase(plans.begin());
   plans.push_back(std::move(plan));
@@ -208,7 +208,8 @@ void KeysetSource::updateTable(std::size_t named, std::int64_t key, const TableE
       continue;
     }
     const auto& as = table.columns[static_cast<std::size_t>(stored)];
-    run.bind(number++, storedValue(shownValue(original, 0, column, (*columns_)[column].type), as.type, as.size));
+    run.bind(number++, storedValue(shownValue(original, 0, column, (*columns_)[column].type),
+                                   as.type, as.size));
   }
   database_->wrote();
   if (run.run() == 1) return;

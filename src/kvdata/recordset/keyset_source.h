@@ -1,5 +1,5 @@
-// Rows by key: the keys of all rows are read when the set opens, the rows themselves when they are visited. No lock is
-// held between.
+// Rows by key: the keys of all rows are read when the set opens, the rows themselves when they are
+// visited. No lock is held between.
 #pragma once
 
 #include <memory>

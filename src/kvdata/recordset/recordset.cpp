@@ -322,7 +322,8 @@ void Recordset::loadBlock(std::size_t place) {
 }
 
 bool Recordset::readRow(std::size_t place, std::size_t& row) {
-  if (blockStamp_ != source_->stamp() || place < blockFirst_ || place >= blockFirst_ + block_.rows())
+  if (blockStamp_ != source_->stamp() || place < blockFirst_ ||
+      place >= blockFirst_ + block_.rows())
     loadBlock(place);
   row = place - blockFirst_;
   return !block_.missing(row);
@@ -455,8 +456,8 @@ bool Recordset::holds(const Comparison& comparison, std::size_t place) {
   const auto& cell = block_.cell(row, comparison.column());
   if (cell.kind == engine::Cell::Kind::Text && comparison.isText())
     return comparison.holdsText(block_.text(cell));
-  return comparison.holds(shownValue(block_, row, comparison.column(),
-                                     source_->columns()[comparison.column()].type));
+  return comparison.holds(
+      shownValue(block_, row, comparison.column(), source_->columns()[comparison.column()].type));
 }
 
 void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::int32_t Direction,
@@ -468,7 +469,8 @@ void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::in
   Position position = startOf(Start);
   const bool forward = Direction == kForward;
   const auto step = [&] { return forward ? stepForward(position) : stepBackward(position); };
-  // From before the first row, in the direction of the search, and from a hole: the next row there is.
+  // From before the first row, in the direction of the search, and from a hole: the next row there
+  // is.
   const bool before = forward ? position.at == At::Bof : position.at == At::Eof;
   bool onRow = position.at == At::Row && !isHoleAt(position.place);
   if (!onRow && (before || position.at == At::Row)) onRow = step();

@@ -1,8 +1,9 @@
 // Recordset: a cursor over rows with fields by name, movement, editing, find and bookmarks.
 //
-// Membership and order are fixed when the set opens; own additions come at the end. Rows are read when they are
-// visited, in blocks, and a block is thrown away as soon as its connection writes anything. A set holds no lock.
-// Members keep the names that clients of record sets know. Not for use from several threads at once.
+// Membership and order are fixed when the set opens; own additions come at the end. Rows are read
+// when they are visited, in blocks, and a block is thrown away as soon as its connection writes
+// anything. A set holds no lock. Members keep the names that clients of record sets know. Not for
+// use from several threads at once.
 #pragma once
 
 #include <memory>
@@ -49,7 +50,8 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
 
   // Opens a free-standing set. Raises 3705 when open, 3709 when it has no fields.
   void Open();
-  // Raises 3219 while an edit or addition is pending, and leaves both as they are; 3704 when closed.
+  // Raises 3219 while an edit or addition is pending, and leaves both as they are; 3704 when
+  // closed.
   void Close();
   [[nodiscard]] std::int32_t State() const noexcept;
   [[nodiscard]] std::int32_t EditMode() const;
@@ -76,13 +78,15 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void MovePrevious();
   // By rows from the current one, or from `Start`: a bookmark, kFromFirst or kFromLast.
   void Move(std::int32_t NumRecords, const Variant& Start = {});
-  // Goes to the next row (backwards: the previous one) for which `Criteria`, one comparison of a column with a
-  // value, holds, beginning with the current row, `SkipRows` rows further or at `Start`. Without one it stops at
-  // Eof (backwards: Bof) and raises nothing. Text is compared without regard to case. 3001 for anything that is
-  // not one comparison, 3265 for an unknown column.
+  // Goes to the next row (backwards: the previous one) for which `Criteria`, one comparison of a
+  // column with a value, holds, beginning with the current row, `SkipRows` rows further or at
+  // `Start`. Without one it stops at Eof (backwards: Bof) and raises nothing. Text is compared
+  // without regard to case. 3001 for anything that is not one comparison, 3265 for an unknown
+  // column.
   void Find(const std::string& Criteria, std::int32_t SkipRows = 0,
             std::int32_t Direction = kForward, const Variant& Start = {});
-  // Raises 3021 without a current row, 3001 for something that is no bookmark of this set or its clones.
+  // Raises 3021 without a current row, 3001 for something that is no bookmark of this set or its
+  // clones.
   [[nodiscard]] Variant Bookmark() const;
   void Bookmark(const Variant& bookmark);
   // The current row's number from 1, or one of the kPosition numbers.
@@ -96,29 +100,32 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void Update();
   // Drops what is pending; after an addition the row left becomes current again.
   void CancelUpdate();
-  // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped; during an addition
-  // it raises 3219.
+  // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped;
+  // during an addition it raises 3219.
   void Delete();
   void Requery();
 
   // ---- whole sets ----
 
-  // Up to `Rows` rows from the current one or `Start` on, as values[field][row]; moves behind them. `Fields` names
-  // the columns wanted, all when empty. 3021 without a current row.
+  // Up to `Rows` rows from the current one or `Start` on, as values[field][row]; moves behind them.
+  // `Fields` names the columns wanted, all when empty. 3021 without a current row.
   [[nodiscard]] std::vector<std::vector<Variant>> GetRows(
       std::int32_t Rows = kRestOfRows, const Variant& Start = {},
       const std::vector<std::string>& Fields = {});
-  // A set over the same rows with a position, an edit, a filter and an order of its own, at its first row.
+  // A set over the same rows with a position, an edit, a filter and an order of its own, at its
+  // first row.
   [[nodiscard]] Ref<Recordset> Clone();
-  // Shows only the rows for which the criteria hold: comparisons joined by And and Or, with parentheses. They are
-  // tested when set; rows changed or added later stay visible. Empty text shows all rows again.
+  // Shows only the rows for which the criteria hold: comparisons joined by And and Or, with
+  // parentheses. They are tested when set; rows changed or added later stay visible. Empty text
+  // shows all rows again.
   [[nodiscard]] const std::string& Filter() const noexcept { return filter_; }
   void Filter(const std::string& criteria);
-  // Puts the rows into the order in which the values of a text column stand in a list, compared without regard to
-  // case; rows whose value is not in it come last, as they were. For the components; Requery forgets it.
+  // Puts the rows into the order in which the values of a text column stand in a list, compared
+  // without regard to case; rows whose value is not in it come last, as they were. For the
+  // components; Requery forgets it.
   void arrange(const std::string& column, const std::vector<std::string>& values);
-  // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty text takes the
-  // set's own order again.
+  // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty
+  // text takes the set's own order again.
   [[nodiscard]] const std::string& Sort() const noexcept { return sort_; }
   void Sort(const std::string& columns);
 
@@ -167,7 +174,8 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
     if (row_ == kNoRow || blockStamp_ != source_->stamp()) row_ = rowAt(currentPlace());
     return row_;
   }
-  // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a row that is gone.
+  // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a
+  // row that is gone.
   std::size_t rowAt(std::size_t place);
   // The same, false for a row that is gone.
   bool readRow(std::size_t place, std::size_t& row);
@@ -186,22 +194,24 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
 
   kv::Fields fields_;
   std::shared_ptr<RowSource> source_;
-  std::shared_ptr<LocalSource> local_;  // the columns appended so far, until a free-standing set opens
+  std::shared_ptr<LocalSource>
+      local_;  // the columns appended so far, until a free-standing set opens
   bool open_ = false;
   std::int32_t cursorType_ = kKeyset;
   std::int32_t lockType_ = kOptimistic;
 
   Position position_;
-  std::optional<std::vector<std::size_t>> view_;  // slots in the order shown, under a filter or sort
+  std::optional<std::vector<std::size_t>>
+      view_;  // slots in the order shown, under a filter or sort
   std::string filter_;
   std::string sort_;
 
   engine::RowBlock block_;
-  std::size_t blockFirst_ = 0;   // place of its first row
+  std::size_t blockFirst_ = 0;  // place of its first row
   std::uint64_t blockStamp_ = 0;
-  std::size_t readAhead_ = 1;    // rows to read the next time
+  std::size_t readAhead_ = 1;  // rows to read the next time
   static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
-  std::size_t row_ = kNoRow;     // of the block, under the cursor; kNoRow until it is read
+  std::size_t row_ = kNoRow;  // of the block, under the cursor; kNoRow until it is read
 
   std::unique_ptr<Pending> pending_;
   std::string scratch_;  // text of an assigned value, for views of it

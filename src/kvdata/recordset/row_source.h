@@ -1,5 +1,6 @@
-// Where a record set's rows are: its membership, which is fixed when it opens and grows only by its own additions,
-// and the reading and writing of rows. Cursors with a position of their own work on top; clones share one source.
+// Where a record set's rows are: its membership, which is fixed when it opens and grows only by its
+// own additions, and the reading and writing of rows. Cursors with a position of their own work on
+// top; clones share one source.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +23,8 @@ struct SourceColumn {
   bool updatable = true;
   bool nullable = true;
   bool counter = false;
-  // Columns with the same number show the same stored column, so the last assignment to any of them counts; -1 for
-  // columns of their own.
+  // Columns with the same number show the same stored column, so the last assignment to any of them
+  // counts; -1 for columns of their own.
   int storage = -1;
 };
 
@@ -48,7 +49,8 @@ class RowSource {
   }
   [[nodiscard]] std::size_t holes() const noexcept { return holeCount_; }
 
-  // Appends the rows of these slots to `into`, which is reset for them; rows that are gone come as missing.
+  // Appends the rows of these slots to `into`, which is reset for them; rows that are gone come as
+  // missing.
   virtual void read(std::span<const std::size_t> slots, engine::RowBlock& into) = 0;
   // Changes when rows read before may not be what they were.
   [[nodiscard]] std::uint64_t stamp() const noexcept { return *stamp_; }
@@ -67,12 +69,13 @@ class RowSource {
   virtual RowEdit beginAdd() = 0;
   // Stores a new row and returns its slot, the last one.
   virtual std::size_t add(const RowEdit& edit) = 0;
-  // Stores the assigned values if the row still is as in `original`, a block of this one row. Raises -2147217864
-  // when it is not, -2147217885 when it is gone; then nothing is written.
+  // Stores the assigned values if the row still is as in `original`, a block of this one row.
+  // Raises -2147217864 when it is not, -2147217885 when it is gone; then nothing is written.
   virtual void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) = 0;
   virtual void remove(std::size_t slot) = 0;
 
-  // Puts the slots into another order: slot i becomes what slot `order[i]` was. There must be no holes.
+  // Puts the slots into another order: slot i becomes what slot `order[i]` was. There must be no
+  // holes.
   virtual void arrange(const std::vector<std::size_t>& order) = 0;
   // Runs the statement again; slots begin anew.
   virtual void requery() = 0;

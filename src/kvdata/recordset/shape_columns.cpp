@@ -22,8 +22,8 @@ std::shared_ptr<const std::vector<SourceColumn>> sharedColumns(StatementShape& s
     if (s.keyed && output.table >= 0) {
       const auto& table = s.scope[static_cast<std::size_t>(output.table)];
       const auto& info = table.info->columns[static_cast<std::size_t>(output.column)];
-      const auto stored = info.stands.empty() ? output.column
-                                              : static_cast<int>(*table.info->find(info.stands));
+      const auto stored =
+          info.stands.empty() ? output.column : static_cast<int>(*table.info->find(info.stands));
       column.counter = info.counter;
       column.updatable = !info.counter;
       column.nullable = table.optional || (info.type != ColumnType::Boolean && !info.counter);

@@ -41,8 +41,7 @@ void firstValues(const std::shared_ptr<Database>& database) {
     rs.Fields("Revision")->Value("Revision");
   });
   add("UserConfig", [](Recordset& rs) {
-    for (int n = 0; n < kUserFields; ++n)
-      rs.Fields(fmt::format("TypeUser{:02}", n))->Value(0);
+    for (int n = 0; n < kUserFields; ++n) rs.Fields(fmt::format("TypeUser{:02}", n))->Value(0);
   });
   for (const char* table : {"DocumentConfig", "ManualConfig", "RevisionConfig"})
     add(table, [](Recordset&) {});

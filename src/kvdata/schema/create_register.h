@@ -10,9 +10,9 @@
 
 namespace kv {
 
-// Makes the register with all tables and first values, and then whatever `fill` adds, in one transaction. Raises
-// -2147467259 when something is there already or it cannot be made, and passes on what `fill` raises; then nothing
-// is left behind.
+// Makes the register with all tables and first values, and then whatever `fill` adds, in one
+// transaction. Raises -2147467259 when something is there already or it cannot be made, and passes
+// on what `fill` raises; then nothing is left behind.
 [[nodiscard]] Ref<kvConnection> createRegister(
     const std::string& ConnectionString,
     const std::function<void(const std::shared_ptr<Database>&)>& fill = {});

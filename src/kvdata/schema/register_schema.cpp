@@ -10,15 +10,18 @@ namespace {
 
 using Kind = IndexInfo::Kind;
 
-constexpr int kId = 50;       // identifiers
-constexpr int kName = 100;    // names of people, groups and queries
-constexpr int kText = 255;    // everything else that is not a memo
+constexpr int kId = 50;     // identifiers
+constexpr int kName = 100;  // names of people, groups and queries
+constexpr int kText = 255;  // everything else that is not a memo
 
 ColumnInfo counter(std::string name) {
   return {.name = std::move(name), .type = ColumnType::Int32, .counter = true};
 }
 ColumnInfo text(std::string name, int size, std::string initial = {}) {
-  return {.name = std::move(name), .type = ColumnType::Text, .size = size, .initial = std::move(initial)};
+  return {.name = std::move(name),
+          .type = ColumnType::Text,
+          .size = size,
+          .initial = std::move(initial)};
 }
 ColumnInfo memo(std::string name) { return {.name = std::move(name), .type = ColumnType::Memo}; }
 ColumnInfo number(std::string name, std::string initial = {}) {
@@ -27,7 +30,9 @@ ColumnInfo number(std::string name, std::string initial = {}) {
 ColumnInfo shortNumber(std::string name, std::string initial = {}) {
   return {.name = std::move(name), .type = ColumnType::Int16, .initial = std::move(initial)};
 }
-ColumnInfo single(std::string name) { return {.name = std::move(name), .type = ColumnType::Single}; }
+ColumnInfo single(std::string name) {
+  return {.name = std::move(name), .type = ColumnType::Single};
+}
 ColumnInfo real(std::string name) { return {.name = std::move(name), .type = ColumnType::Double}; }
 ColumnInfo date(std::string name) { return {.name = std::move(name), .type = ColumnType::Date}; }
 ColumnInfo yesNo(std::string name) {
@@ -79,8 +84,8 @@ std::vector<ColumnInfo> fieldCriteria(std::vector<ColumnInfo> columns, int field
 }
 
 std::vector<ColumnInfo> documentCriteria() {
-  auto out = fieldCriteria(
-      {counter("QueryID"), text("QueryName", kName), shortNumber("DocType")}, 6);
+  auto out =
+      fieldCriteria({counter("QueryID"), text("QueryName", kName), shortNumber("DocType")}, 6);
   out.push_back(text("Field7", kText));
   out.push_back(text("Rev1", kId));
   out.push_back(shortNumber("Rev1Key"));
@@ -140,20 +145,20 @@ std::vector<TableInfo> makeTables() {
             {fold({"ManualID"}), order("ManualName")}),
       table("ManualContents", {text("ManualID", kId), text("DocumentID", kId), real("Position")},
             {fold({"ManualID"}), fold({"DocumentID"})}),
-      table("Personals",
-            {counter("ReleaseID"), text("UserID", kId), text("DocumentID", kId),
-             text("ManualID", kId), yesNo("HardCopy"), text("CopyNumber", kId),
-             number("RevisionID")},
-            {fold({"UserID"}), fold({"DocumentID"}), fold({"ManualID"})}),
+      table(
+          "Personals",
+          {counter("ReleaseID"), text("UserID", kId), text("DocumentID", kId),
+           text("ManualID", kId), yesNo("HardCopy"), text("CopyNumber", kId), number("RevisionID")},
+          {fold({"UserID"}), fold({"DocumentID"}), fold({"ManualID"})}),
       table("Owners", {text("DocumentID", kId), text("UserID", kId)},
             {fold({"DocumentID"}), fold({"UserID"})}),
       table("Routing", {text("DocumentID", kId), text("UserID", kId), single("ListOrder")},
             {fold({"DocumentID"}), fold({"UserID"})}),
-      table("ApprovalRouting",
-            {number("RevID"), text("UserID", kId), single("ListOrder"),
-             shortNumber("ApprovalStatus"), text("ApprovedBy", kId), date("DateApproved"),
-             memo("Notes")},
-            {plain("RevID"), fold({"UserID"})}),
+      table(
+          "ApprovalRouting",
+          {number("RevID"), text("UserID", kId), single("ListOrder"), shortNumber("ApprovalStatus"),
+           text("ApprovedBy", kId), date("DateApproved"), memo("Notes")},
+          {plain("RevID"), fold({"UserID"})}),
       table("VeskGroups", groups()),
       table("Groups", groups()),
       table("VeskProfiles",
@@ -191,8 +196,8 @@ std::vector<TableInfo> makeTables() {
       table("DocumentConfig",
             labels({"DocumentTitle", "DocumentNumber", "RevisionLevel", "EffectiveDate", "DocUser1",
                     "DocUser2", "DocUser3", "DocUser4", "DocumentNotes", "Location"})),
-      table("ManualConfig", labels({"ManualName", "ManUser1", "ManUser2", "ManUser3", "ManUser4",
-                                    "ManUserMemo"})),
+      table("ManualConfig",
+            labels({"ManualName", "ManUser1", "ManUser2", "ManUser3", "ManUser4", "ManUserMemo"})),
       table("RevisionConfig", labels({"RevisionLevel", "RevUser1", "RevUser2", "ChangeDescription",
                                       "EffectiveDate", "Location"})),
   };

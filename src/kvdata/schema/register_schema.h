@@ -8,8 +8,8 @@
 
 namespace kv {
 
-// The layout that this library makes and needs. A register of an older one must be converted; one whose first two
-// characters are greater is too new.
+// The layout that this library makes and needs. A register of an older one must be converted; one
+// whose first two characters are greater is too new.
 inline constexpr std::string_view kLayoutVersion = "02.01";
 // The version of the tables of users and actions, which the user component asks for.
 inline constexpr std::string_view kUserDataVersion = "1.003.006";
@@ -17,8 +17,8 @@ inline constexpr std::string_view kUserDataVersion = "1.003.006";
 // Every table with its columns, first values and indexes, in the order in which they are made.
 [[nodiscard]] const std::vector<TableInfo>& registerTables();
 
-// A database's tables with the second names of stored columns put in: VeskProfiles keeps one workgroup number that
-// clients know as GroupID (a number) and as WorkGroupID (a text).
+// A database's tables with the second names of stored columns put in: VeskProfiles keeps one
+// workgroup number that clients know as GroupID (a number) and as WorkGroupID (a text).
 [[nodiscard]] std::vector<TableInfo> withSecondNames(std::vector<TableInfo> tables);
 
 }  // namespace kv

@@ -45,9 +45,12 @@ TEST(OpenFile, SaysWhatIsThereInstead) {
       {"empty", "", "The file is not a register:"},
       {"text", "Dear diary", "The file is not a register:"},
       {"zeros", access, "The file is not a register:"},
-      {"jet3.mdb", jet("Standard Jet DB", 0), "This is an Access database file, Access 97 or older (Jet 3), not a register:"},
-      {"jet4.mdb", jet("Standard Jet DB", 1), "This is an Access database file, Access 2000 to 2003 (Jet 4), not a register:"},
-      {"ace.accdb", jet("Standard ACE DB", 2), "This is an Access database file, Access 2007 (ACE 12), not a register:"},
+      {"jet3.mdb", jet("Standard Jet DB", 0),
+       "This is an Access database file, Access 97 or older (Jet 3), not a register:"},
+      {"jet4.mdb", jet("Standard Jet DB", 1),
+       "This is an Access database file, Access 2000 to 2003 (Jet 4), not a register:"},
+      {"ace.accdb", jet("Standard ACE DB", 2),
+       "This is an Access database file, Access 2007 (ACE 12), not a register:"},
       {"cut", std::string("SQLite format 3\0", 16), "The file is not a register:"},
   };
   for (const auto& c : cases) {
@@ -72,8 +75,10 @@ TEST(OpenFile, AnSqliteDatabaseOfSomebodyElseIsNoRegister) {
 
 TEST(OpenFile, ARealAccessFileIsRecognised) {
   REQUIRE_SHARED_DATA(folder, "access");
-  EXPECT_THAT(refusal(folder + "/proposals-2000.mdb"), StartsWith("This is an Access database file, Access 2000 to 2003"));
-  EXPECT_THAT(refusal(folder + "/proposals-2007.accdb"), StartsWith("This is an Access database file, Access 2007"));
+  EXPECT_THAT(refusal(folder + "/proposals-2000.mdb"),
+              StartsWith("This is an Access database file, Access 2000 to 2003"));
+  EXPECT_THAT(refusal(folder + "/proposals-2007.accdb"),
+              StartsWith("This is an Access database file, Access 2007"));
 }
 
 TEST(OpenFile, ADamagedRegisterIsRefusedWhenItIsRead) {
@@ -104,12 +109,14 @@ class ReadOnlyRegister : public testing::Test {
     return test::asOrdinaryUser([&] {
       const auto connection = kvConnection::open(reg_.path());
       const auto rs = connection->OpenRecordset("Select * From Documents");
-      std::string out = std::to_string(rs->RecordCount()) + " " + test::shown(rs->Fields("DocumentTitle")->Value());
+      std::string out = std::to_string(rs->RecordCount()) + " " +
+                        test::shown(rs->Fields("DocumentTitle")->Value());
       const auto error = test::errorOf([&] {
         rs->Fields("DocumentTitle")->Value("Two");
         rs->Update();
       });
-      out += error ? " | " + std::to_string(error->number()) + " " + error->description() : " | written";
+      out += error ? " | " + std::to_string(error->number()) + " " + error->description()
+                   : " | written";
       return out;
     });
   }

@@ -45,10 +45,14 @@ TEST_F(SqliteEngine, DescribesTheTablesItHolds) {
     ASSERT_EQ(is.columns.size(), shouldBe.columns.size()) << is.name;
     for (std::size_t c = 0; c < is.columns.size(); ++c) {
       EXPECT_EQ(is.columns[c].name, shouldBe.columns[c].name) << is.name;
-      EXPECT_EQ(is.columns[c].type, shouldBe.columns[c].type) << is.name << "." << is.columns[c].name;
-      EXPECT_EQ(is.columns[c].size, shouldBe.columns[c].size) << is.name << "." << is.columns[c].name;
-      EXPECT_EQ(is.columns[c].counter, shouldBe.columns[c].counter) << is.name << "." << is.columns[c].name;
-      EXPECT_EQ(is.columns[c].initial, shouldBe.columns[c].initial) << is.name << "." << is.columns[c].name;
+      EXPECT_EQ(is.columns[c].type, shouldBe.columns[c].type)
+          << is.name << "." << is.columns[c].name;
+      EXPECT_EQ(is.columns[c].size, shouldBe.columns[c].size)
+          << is.name << "." << is.columns[c].name;
+      EXPECT_EQ(is.columns[c].counter, shouldBe.columns[c].counter)
+          << is.name << "." << is.columns[c].name;
+      EXPECT_EQ(is.columns[c].initial, shouldBe.columns[c].initial)
+          << is.name << "." << is.columns[c].name;
     }
   }
 }
@@ -172,13 +176,18 @@ TEST_F(SqliteEngine, NoticesChangesOfOthers) {
 TEST_F(SqliteEngine, ARuleThatIsBrokenSaysWhich) {
   const auto engine = open();
   run(*engine, "INSERT INTO Documents (ID) VALUES (1)");
-  EXPECT_THAT(test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (ID) VALUES (1)"); }),
-              StartsWith("The changes were not successful because they would create a duplicate key."));
-  EXPECT_THAT(test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (DocumentID) VALUES (printf('%060d', 1))"); }),
+  EXPECT_THAT(
+      test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (ID) VALUES (1)"); }),
+      StartsWith("The changes were not successful because they would create a duplicate key."));
+  EXPECT_THAT(test::descriptionOf([&] {
+                run(*engine, "INSERT INTO Documents (DocumentID) VALUES (printf('%060d', 1))");
+              }),
               StartsWith("The field is too small to accept the amount of data"));
-  EXPECT_THAT(test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (Controlled) VALUES (1)"); }),
-              StartsWith("The change breaks a rule of the table."));
-  EXPECT_THAT(test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (Controlled) VALUES (NULL)"); }),
+  EXPECT_THAT(
+      test::descriptionOf([&] { run(*engine, "INSERT INTO Documents (Controlled) VALUES (1)"); }),
+      StartsWith("The change breaks a rule of the table."));
+  EXPECT_THAT(test::descriptionOf(
+                  [&] { run(*engine, "INSERT INTO Documents (Controlled) VALUES (NULL)"); }),
               StartsWith("The field cannot contain a Null value."));
 }
 
@@ -206,7 +215,8 @@ TEST_F(SqliteEngine, TheStockShellReadsAndDumpsButDoesNotWrite) {
   };
   EXPECT_EQ(shell("select DocumentID, DocumentTitle from Documents"), "0 D1|Title\n");
   EXPECT_THAT(shell(".dump"), testing::HasSubstr("CREATE TABLE IF NOT EXISTS \"Documents\""));
-  EXPECT_THAT(shell("insert into Documents (DocumentID) values ('D2')"), testing::HasSubstr("kv_fold"));
+  EXPECT_THAT(shell("insert into Documents (DocumentID) values ('D2')"),
+              testing::HasSubstr("kv_fold"));
   EXPECT_EQ(shell("select count(*) from Documents"), "0 1\n");
 }
 

@@ -20,7 +20,8 @@ std::string assigned(const std::string& literal, ColumnType type, bool negative 
   Lexed lexed;
   lex(literal, lexed);
   const ColumnInfo column{.name = "C", .type = type, .size = 5};
-  const ParamUse use{.form = ParamUse::Form::Assign, .literal = 0, .negative = negative, .column = &column};
+  const ParamUse use{
+      .form = ParamUse::Form::Assign, .literal = 0, .negative = negative, .column = &column};
   std::string out;
   const auto error = test::errorOf([&] { out = shown(boundValue(use, lexed.literals, literal)); });
   return error ? "error " + std::to_string(error->number()) : out;
@@ -59,7 +60,8 @@ TEST(AssignedLiteral, TakesTheFormOfItsColumn) {
       {"1.5", ColumnType::Text, "'1.5'"},
       {"#3/9/2001#", ColumnType::Memo, "'3/9/2001'"},
   };
-  for (const auto& c : cases) EXPECT_EQ(assigned(c.literal, c.type), c.stored) << c.literal << " in " << typeName(c.type);
+  for (const auto& c : cases)
+    EXPECT_EQ(assigned(c.literal, c.type), c.stored) << c.literal << " in " << typeName(c.type);
   EXPECT_EQ(assigned("5", ColumnType::Int32, true), "-5");
   EXPECT_EQ(assigned("5", ColumnType::Text, true), "'-5'");
 }

@@ -1,12 +1,12 @@
-// Golden files: a statement, then what the front end makes of it. KVVESK_REWRITE_GOLDEN=1 rewrites them; review the
-// difference before committing it.
+// Golden files: a statement, then what the front end makes of it. KVVESK_REWRITE_GOLDEN=1 rewrites
+// them; review the difference before committing it.
 //
-// A case is parted from the next by a line ==, its parts by a line --: the statement; the tree written out in the
-// dialect; the bound statement; the texts for SQLite with the uses of literals as parameters. A statement that is
-// refused has one further part: the error.
+// A case is parted from the next by a line ==, its parts by a line --: the statement; the tree
+// written out in the dialect; the bound statement; the texts for SQLite with the uses of literals
+// as parameters. A statement that is refused has one further part: the error.
 //
-// Around every case the laws are checked that nobody has to write down: ranges of nodes lie within their parents, the
-// tree written out parses to the same tree, and SQLite can prepare every text.
+// Around every case the laws are checked that nobody has to write down: ranges of nodes lie within
+// their parents, the tree written out parses to the same tree, and SQLite can prepare every text.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -34,7 +34,8 @@ const Catalog& catalog() {
 std::string describeParam(const ParamUse& use) {
   std::string out = fmt::format("literal {}", use.literal);
   if (use.other >= 0)
-    out = fmt::format("{} of literals {} and {}", use.greater ? "greater" : "lesser", use.literal, use.other);
+    out = fmt::format("{} of literals {} and {}", use.greater ? "greater" : "lesser", use.literal,
+                      use.other);
   if (use.negative) out = "minus " + out;
   switch (use.form) {
     case ParamUse::Form::Plain: break;
@@ -58,7 +59,8 @@ void checkRanges(const Expr& e, const std::string& statement) {
   EXPECT_LE(e.range.offset + e.range.length, statement.size());
   for (const auto& arg : e.args) {
     EXPECT_GE(arg->range.offset, e.range.offset) << statement;
-    EXPECT_LE(arg->range.offset + arg->range.length, e.range.offset + e.range.length + 1) << statement;
+    EXPECT_LE(arg->range.offset + arg->range.length, e.range.offset + e.range.length + 1)
+        << statement;
     checkRanges(*arg, statement);
   }
 }
@@ -138,7 +140,8 @@ std::vector<std::string> files() {
   return out;
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Golden, testing::ValuesIn(files()), [](const auto& entry) { return entry.param; });
+INSTANTIATE_TEST_SUITE_P(Files, Golden, testing::ValuesIn(files()),
+                         [](const auto& entry) { return entry.param; });
 
 }  // namespace
 }  // namespace kv::jet

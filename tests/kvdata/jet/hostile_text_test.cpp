@@ -1,5 +1,6 @@
-// Text that nobody meant to write: every statement of the golden files with a byte removed, replaced, doubled or put in
-// at every place; deep nesting; endless chains. Each is either a statement or refused with one of the well-known numbers.
+// Text that nobody meant to write: every statement of the golden files with a byte removed,
+// replaced, doubled or put in at every place; deep nesting; endless chains. Each is either a
+// statement or refused with one of the well-known numbers.
 
 #include <gtest/gtest.h>
 
@@ -35,8 +36,8 @@ void take(const std::string& text) {
 }
 
 void expectOrderly(const std::string& text) {
-  static const std::set<std::int32_t> known = {0,           kSyntax,        kUnknownName,   kUnknownTable,
-                                               kMismatch,   kValueOverflow, kEngineFailure};
+  static const std::set<std::int32_t> known = {
+      0, kSyntax, kUnknownName, kUnknownTable, kMismatch, kValueOverflow, kEngineFailure};
   const auto number = test::numberOf([&] { take(text); });
   EXPECT_TRUE(known.contains(number)) << number << " for " << text;
 }
@@ -107,15 +108,18 @@ TEST(HostileText, NestingIsRefusedBeforeItRecurses) {
   EXPECT_RAISES(kSyntax, take(from + repeated("IsNull(", deep) + "1" + repeated(")", deep)));
   EXPECT_RAISES(kSyntax, take(from + "ID = 1" + repeated(" + 1", deep)));
   EXPECT_RAISES(kSyntax, take(from + "ID = 1" + repeated(" = 1", deep)));
-  EXPECT_RAISES(kSyntax, take("Select * From " + repeated("(", deep) + "Documents" + repeated(")", deep)));
+  EXPECT_RAISES(kSyntax,
+                take("Select * From " + repeated("(", deep) + "Documents" + repeated(")", deep)));
   EXPECT_RAISES(kSyntax, take("Select * From Documents" + repeated(", Documents", deep)));
 }
 
 TEST(HostileText, TwoHundredAndFiftyLevelsAreTaken) {
   const int levels = 240;
-  EXPECT_NO_THROW(take("Select * From Documents Where " + repeated("(", levels) + "1 = 1" + repeated(")", levels)));
+  EXPECT_NO_THROW(take("Select * From Documents Where " + repeated("(", levels) + "1 = 1" +
+                       repeated(")", levels)));
   EXPECT_NO_THROW(take("Select * From Documents Where " + repeated("Not ", levels) + "(1 = 1)"));
-  EXPECT_RAISES(kSyntax, take("Select * From Documents Where " + repeated("(", 260) + "1 = 1" + repeated(")", 260)));
+  EXPECT_RAISES(kSyntax, take("Select * From Documents Where " + repeated("(", 260) + "1 = 1" +
+                              repeated(")", 260)));
 }
 
 TEST(HostileText, ChainsOfAndAndOrHaveNoLimit) {
@@ -125,7 +129,8 @@ TEST(HostileText, ChainsOfAndAndOrHaveNoLimit) {
   for (int i = 1; i < 20000; ++i) chain += " or DocumentID = 'D" + std::to_string(i) + "'";
   EXPECT_EQ(reg.value("Select Count(*) From Documents Where " + chain), "1");
   std::string mixed = "DocumentTitle = 'x'";
-  for (int i = 1; i < 20000; ++i) mixed += " or ID = " + std::to_string(i) + " and Controlled = False";
+  for (int i = 1; i < 20000; ++i)
+    mixed += " or ID = " + std::to_string(i) + " and Controlled = False";
   EXPECT_EQ(reg.value("Select Count(*) From Documents Where " + mixed), "1");
   std::string all = "ID > 0";
   for (int i = 1; i < 20000; ++i) all += " and ID <> " + std::to_string(i + 10);

@@ -85,8 +85,10 @@ TEST(Lexer, RefusesWhatIsNoToken) {
       {"Select [ abc]", "Invalid bracketing of name. (position 8: '[ abc]')"},
       {"Select []", "Invalid bracketing of name. (position 8: '[]')"},
       {"Select 12abc", "Syntax error (missing operator) in query expression. (position 8: '12a')"},
-      {std::string("Select \0", 8), "The statement is not well-formed UTF-8 text. (position 8: end of statement)"},
-      {"Select 'caf\xE9'", "The statement is not well-formed UTF-8 text. (position 12: end of statement)"},
+      {std::string("Select \0", 8),
+       "The statement is not well-formed UTF-8 text. (position 8: end of statement)"},
+      {"Select 'caf\xE9'",
+       "The statement is not well-formed UTF-8 text. (position 12: end of statement)"},
       {"Select @x", "Syntax error (missing operator) in query expression. (position 8: '@')"},
       {"Select \x01", "Syntax error (missing operator) in query expression. (position 8: '\x01')"},
   };
@@ -102,7 +104,8 @@ TEST(Lexer, RefusesWhatIsNoToken) {
 TEST(Lexer, PositionsCountCharactersNotBytes) {
   Lexed lexed;
   const auto error = test::errorOf([&] { lex("Select 'äöü', {", lexed); });
-  EXPECT_EQ(error->description(), "Syntax error (missing operator) in query expression. (position 15: '{')");
+  EXPECT_EQ(error->description(),
+            "Syntax error (missing operator) in query expression. (position 15: '{')");
   EXPECT_EQ(error->where().offset, 17U);
 }
 

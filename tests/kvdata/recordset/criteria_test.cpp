@@ -13,7 +13,9 @@ const std::vector<SourceColumn> kColumns = {{.name = "Name", .type = ColumnType:
                                             {.name = "Yes", .type = ColumnType::Boolean},
                                             {.name = "Two Words", .type = ColumnType::Memo}};
 
-bool holds(const char* criteria, const Variant& value) { return parseComparison(criteria, kColumns).holds(value); }
+bool holds(const char* criteria, const Variant& value) {
+  return parseComparison(criteria, kColumns).holds(value);
+}
 
 TEST(Comparison, HoldsForTheValuesItMeans) {
   EXPECT_TRUE(holds("Name = 'ab'", "AB"));
@@ -53,8 +55,9 @@ TEST(Comparison, LikeKnowsBothSetsOfWildcards) {
 }
 
 TEST(Comparison, RefusesWhatItCannotMean) {
-  for (const char* bad : {"Number = 'x'", "Day = 'soon'", "Name == 'x'", "Name = 'x' 'y'", "5 = Number", "Name = -'x'",
-                          "Name In ('x')", "Name = {x}", "Name Not Like 'x'"})
+  for (const char* bad :
+       {"Number = 'x'", "Day = 'soon'", "Name == 'x'", "Name = 'x' 'y'", "5 = Number",
+        "Name = -'x'", "Name In ('x')", "Name = {x}", "Name Not Like 'x'"})
     EXPECT_RAISES(kBadArgument, (void)parseComparison(bad, kColumns));
 }
 
@@ -72,7 +75,8 @@ TEST(Criteria, ParenthesesGroup) {
   EXPECT_EQ(c.parts[0].kind, Criteria::Kind::Or);
   for (const char* bad : {"(Number = 1", "Number = 1)", "Number = 1 or", "and Number = 1", "()"})
     EXPECT_RAISES(kBadArgument, (void)parseCriteria(bad, kColumns));
-  EXPECT_RAISES(kBadArgument, (void)parseCriteria(std::string(100000, '(') + "Number = 1", kColumns));
+  EXPECT_RAISES(kBadArgument,
+                (void)parseCriteria(std::string(100000, '(') + "Number = 1", kColumns));
 }
 
 TEST(Sort, ListsColumnsAndDirections) {

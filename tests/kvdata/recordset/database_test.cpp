@@ -22,7 +22,9 @@ class DatabaseTest : public testing::Test {
  protected:
   Database& database() { return *reg_.connection()->database(); }
   std::string titles() { return reg_.value("Select Count(*) From Documents"); }
-  void add(const std::string& title) { database().execute("Insert Into Documents (DocumentTitle) Values ('" + title + "')"); }
+  void add(const std::string& title) {
+    database().execute("Insert Into Documents (DocumentTitle) Values ('" + title + "')");
+  }
   test::TestRegister reg_;
 };
 
@@ -47,7 +49,8 @@ TEST_F(DatabaseTest, TheShapesKeptAreBounded) {
   const auto held = reg_.open("Select ID + 0, DocumentTitle From Documents");
   const auto first = database().prepare("Select ID From Documents Where ID = 1");
   for (int i = 0; i < 600; ++i) (void)reg_.open(fmt::format("Select ID As A{} From Documents", i));
-  EXPECT_NE(database().prepare("Select ID From Documents Where ID = 1").shape, first.shape) << "the oldest went";
+  EXPECT_NE(database().prepare("Select ID From Documents Where ID = 1").shape, first.shape)
+      << "the oldest went";
   held->Requery();
   EXPECT_EQ(test::rowOf(*held), "1|T") << "sets that hold one go on";
 }
@@ -85,7 +88,8 @@ TEST_F(DatabaseTest, InnerTransactionsAreMarksInTheOuterOne) {
     inner.commit();
   }
   outer.commit();
-  EXPECT_EQ(reg_.rows("Select DocumentTitle From Documents"), (std::vector<std::string>{"kept", "kept too"}));
+  EXPECT_EQ(reg_.rows("Select DocumentTitle From Documents"),
+            (std::vector<std::string>{"kept", "kept too"}));
 }
 
 TEST_F(DatabaseTest, WhatAnInnerTransactionKeptGoesWithTheOuterOne) {
@@ -147,12 +151,15 @@ TEST_F(DatabaseTest, AfterClosingEverythingSaysThatThereIsNoConnection) {
 class Faults : public testing::Test {
  protected:
   Faults() : faults_(std::make_shared<test::Faults>()) {
-    for (int i = 0; i < 3; ++i) reg_.execute(fmt::format("Insert Into Documents (DocumentTitle) Values ('T{}')", i));
+    for (int i = 0; i < 3; ++i)
+      reg_.execute(fmt::format("Insert Into Documents (DocumentTitle) Values ('T{}')", i));
     database_ = std::make_shared<Database>(
         std::make_unique<test::FaultyEngine>(engine::open({.location = reg_.path()}), faults_),
         std::make_shared<const Catalog>(registerTables()));
   }
-  Ref<Recordset> open(const std::string& sql) { return Recordset::open(database_, database_->prepare(sql)); }
+  Ref<Recordset> open(const std::string& sql) {
+    return Recordset::open(database_, database_->prepare(sql));
+  }
   std::string titles() {
     std::string out;
     for (const auto& row : reg_.rows("Select DocumentTitle From Documents")) out += row + " ";

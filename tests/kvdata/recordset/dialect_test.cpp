@@ -14,8 +14,10 @@ class Dialect : public testing::Test {
     reg_ = new test::TestRegister;
     const auto add = [](const std::string& values) {
       reg_->execute(
-          "Insert Into Documents (DocumentID, DocumentTitle, DocumentNumber, DocUser1, EffectiveDate, Controlled, SecurityLevel, "
-          "CurrentRevID) Values (" + values + ")");
+          "Insert Into Documents (DocumentID, DocumentTitle, DocumentNumber, DocUser1, "
+          "EffectiveDate, Controlled, SecurityLevel, "
+          "CurrentRevID) Values (" +
+          values + ")");
     };
     add("'D1', 'étude', '10', 'Quality', #3/9/2001#, True, False, 5");
     add("'d2', 'Zebra', '9', 'quality', #3/9/2001 14:30#, True, True, 3");
@@ -133,58 +135,83 @@ TEST_F(Dialect, Conditions) {
 }
 
 TEST_F(Dialect, Order) {
-  EXPECT_EQ(list("Select DocumentTitle From Documents Order By DocumentTitle"), "~, eta, Etude, étude, O'Brien, Zebra");
-  EXPECT_EQ(list("Select DocumentTitle From Documents Order By DocumentTitle Desc"), "Zebra, O'Brien, étude, Etude, eta, ~");
-  EXPECT_EQ(list("Select ID From Documents Order By Controlled, ID Desc"), "6, 5, 2, 1, 4, 3") << "True before False";
-  EXPECT_EQ(list("Select ID From Documents Order By CurrentRevID"), "3, 6, 2, 4, 1, 5") << "ties in key order";
+  EXPECT_EQ(list("Select DocumentTitle From Documents Order By DocumentTitle"),
+            "~, eta, Etude, étude, O'Brien, Zebra");
+  EXPECT_EQ(list("Select DocumentTitle From Documents Order By DocumentTitle Desc"),
+            "Zebra, O'Brien, étude, Etude, eta, ~");
+  EXPECT_EQ(list("Select ID From Documents Order By Controlled, ID Desc"), "6, 5, 2, 1, 4, 3")
+      << "True before False";
+  EXPECT_EQ(list("Select ID From Documents Order By CurrentRevID"), "3, 6, 2, 4, 1, 5")
+      << "ties in key order";
   EXPECT_EQ(list("Select ID From Documents Order By EffectiveDate"), "4, 6, 3, 1, 2, 5");
-  EXPECT_EQ(list("Select DocumentNumber, ID From Documents Order By 2 Desc"), "|6, [x]|5, 1_0|4, 100%|3, 9|2, 10|1");
+  EXPECT_EQ(list("Select DocumentNumber, ID From Documents Order By 2 Desc"),
+            "|6, [x]|5, 1_0|4, 100%|3, 9|2, 10|1");
   EXPECT_EQ(list("Select ID From Documents"), "1, 2, 3, 4, 5, 6");
   EXPECT_EQ(list("Select ID From Documents Order By ID = 4, ID"), "4, 1, 2, 3, 5, 6");
 }
 
 TEST_F(Dialect, Groups) {
-  EXPECT_EQ(list("Select Distinct DocUser1 From Documents"), "~, Quality, SALES") << "equal texts once, in one spelling";
-  EXPECT_EQ(list("Select Distinct Controlled, SecurityLevel From Documents"), "True|True, True|False, False|False");
-  EXPECT_EQ(list("Select DocUser1, Count(*) As N From Documents Group By DocUser1"), "~|1, Quality|2, SALES|3");
-  EXPECT_EQ(list("Select DocUser1 From Documents Group By DocUser1 Having Count(*) > 1 Order By Count(*) Desc"), "SALES, Quality");
-  EXPECT_EQ(list("Select Count(*), Count(DocumentTitle), Sum(CurrentRevID), Min(CurrentRevID), Max(CurrentRevID) From Documents"),
+  EXPECT_EQ(list("Select Distinct DocUser1 From Documents"), "~, Quality, SALES")
+      << "equal texts once, in one spelling";
+  EXPECT_EQ(list("Select Distinct Controlled, SecurityLevel From Documents"),
+            "True|True, True|False, False|False");
+  EXPECT_EQ(list("Select DocUser1, Count(*) As N From Documents Group By DocUser1"),
+            "~|1, Quality|2, SALES|3");
+  EXPECT_EQ(list("Select DocUser1 From Documents Group By DocUser1 Having Count(*) > 1 Order By "
+                 "Count(*) Desc"),
+            "SALES, Quality");
+  EXPECT_EQ(list("Select Count(*), Count(DocumentTitle), Sum(CurrentRevID), Min(CurrentRevID), "
+                 "Max(CurrentRevID) From Documents"),
             "6|5|15|-2|5");
   EXPECT_EQ(list("Select Sum(Controlled), Avg(CurrentRevID) From Documents"), "-4|3");
-  EXPECT_EQ(list("Select Min(DocumentTitle), Max(DocumentTitle), Min(EffectiveDate), Max(EffectiveDate) From Documents"),
+  EXPECT_EQ(list("Select Min(DocumentTitle), Max(DocumentTitle), Min(EffectiveDate), "
+                 "Max(EffectiveDate) From Documents"),
             "eta|Zebra|1/1/1899|3/10/2001");
-  EXPECT_EQ(list("Select Count(*), Sum(ID), Min(DocumentTitle), Max(ID) From Documents Where ID > 99"), "0|~|~|~");
-  EXPECT_EQ(list("Select Max(ID) From Documents Group By DocUser1 Order By Max(ID) Desc"), "6, 4, 2");
-  EXPECT_EQ(list("Select Controlled, Min(DocumentTitle) From Documents Group By Controlled"), "True|Etude, False|eta");
+  EXPECT_EQ(
+      list("Select Count(*), Sum(ID), Min(DocumentTitle), Max(ID) From Documents Where ID > 99"),
+      "0|~|~|~");
+  EXPECT_EQ(list("Select Max(ID) From Documents Group By DocUser1 Order By Max(ID) Desc"),
+            "6, 4, 2");
+  EXPECT_EQ(list("Select Controlled, Min(DocumentTitle) From Documents Group By Controlled"),
+            "True|Etude, False|eta");
 }
 
 TEST_F(Dialect, Top) {
   EXPECT_EQ(list("Select Top 2 ID From Documents Order By CurrentRevID Desc"), "1, 5");
-  EXPECT_EQ(list("Select Top 1 ID From Documents Order By CurrentRevID Desc"), "1, 5") << "ties of the last row come too";
+  EXPECT_EQ(list("Select Top 1 ID From Documents Order By CurrentRevID Desc"), "1, 5")
+      << "ties of the last row come too";
   EXPECT_EQ(list("Select Top 3 ID From Documents"), "1, 2, 3");
   EXPECT_EQ(list("Select Top 99 ID From Documents"), "1, 2, 3, 4, 5, 6");
   EXPECT_EQ(list("Select Top 50 Percent ID From Documents Order By ID Desc"), "6, 5, 4");
   EXPECT_EQ(list("Select Top 1 Percent ID From Documents Order By ID"), "1");
   EXPECT_EQ(list("Select Distinct Top 1 DocUser1 From Documents"), "~");
-  EXPECT_EQ(list("Select Top 1 DocUser1, Count(*) From Documents Group By DocUser1 Order By Count(*) Desc"), "SALES|3");
+  EXPECT_EQ(list("Select Top 1 DocUser1, Count(*) From Documents Group By DocUser1 Order By "
+                 "Count(*) Desc"),
+            "SALES|3");
 }
 
 TEST_F(Dialect, SelectsOfValues) {
   EXPECT_EQ(list("Select 1 + 2, 'a', #3/9/2001#, True, Null, 7 = 7"), "3|a|3/9/2001|True|~|True");
-  EXPECT_EQ(list("Select ID, ID = 3, Not Controlled, DocumentTitle Like 'e%' From Documents Where ID = 3"), "3|True|True|True");
-  const auto rs = reg_->open("Select ID As [The Number], DocumentTitle As Title, 1, 2 From Documents");
+  EXPECT_EQ(
+      list(
+          "Select ID, ID = 3, Not Controlled, DocumentTitle Like 'e%' From Documents Where ID = 3"),
+      "3|True|True|True");
+  const auto rs =
+      reg_->open("Select ID As [The Number], DocumentTitle As Title, 1, 2 From Documents");
   EXPECT_EQ(rs->Fields(0)->Name(), "The Number");
   EXPECT_EQ(rs->Fields(3)->Name(), "Expr1001");
 }
 
 TEST_F(Dialect, CommaJoinsAreEveryPair) {
   EXPECT_EQ(list("Select Count(*) From Documents, Manuals"), "0");
-  EXPECT_EQ(list("Select A.ID, B.ID From Documents As A, Documents As B Where A.CurrentRevID = B.CurrentRevID and A.ID < B.ID"),
+  EXPECT_EQ(list("Select A.ID, B.ID From Documents As A, Documents As B Where A.CurrentRevID = "
+                 "B.CurrentRevID and A.ID < B.ID"),
             "1|5");
 }
 
 TEST_F(Dialect, RightJoinsKeepTheRightSide) {
-  EXPECT_EQ(list("Select Manuals.ManualName, Documents.ID From Manuals Right Join Documents On Manuals.ManualID = "
+  EXPECT_EQ(list("Select Manuals.ManualName, Documents.ID From Manuals Right Join Documents On "
+                 "Manuals.ManualID = "
                  "Documents.DocumentID Where Documents.ID < 3"),
             "~|1, ~|2");
 }
@@ -195,7 +222,8 @@ class DialectWrites : public testing::Test {
 };
 
 TEST_F(DialectWrites, AffectedRowsAreCountedExactly) {
-  for (int i = 0; i < 5; ++i) EXPECT_EQ(reg_.execute("Insert Into Keywords (FieldName, Keyword) Values ('F', 'x')"), 1);
+  for (int i = 0; i < 5; ++i)
+    EXPECT_EQ(reg_.execute("Insert Into Keywords (FieldName, Keyword) Values ('F', 'x')"), 1);
   EXPECT_EQ(reg_.execute("Update Keywords Set Keyword = 'y' Where FieldName = 'f'"), 5);
   EXPECT_EQ(reg_.execute("Update Keywords Set Keyword = 'y' Where FieldName = 'none'"), 0);
   EXPECT_EQ(reg_.execute("Insert Into VeskKeywords Select * From Keywords"), 5);
@@ -207,13 +235,20 @@ TEST_F(DialectWrites, AffectedRowsAreCountedExactly) {
 TEST_F(DialectWrites, AnInsertedSelectKeepsItsOrderAndConvertsItsValues) {
   reg_.execute("Insert Into Users (UserID, UserName) Values ('U2', 'b')");
   reg_.execute("Insert Into Users (UserID, UserName) Values ('U1', 'a')");
-  reg_.execute("Insert Into Documents (DocumentTitle, CurrentRevID, Controlled, DocUser1) Select UserName, ID, ID = 2, ID From "
-               "Users Order By UserName");
-  EXPECT_EQ(reg_.rows("Select ID, DocumentTitle, CurrentRevID, Controlled, DocUser1 From Documents"),
-            (std::vector<std::string>{"1|a|2|True|2", "2|b|1|False|1"}));
-  reg_.execute("Insert Into VeskProfiles (UserID, WorkGroupID) Select Distinct UserID, '7' From Users");
-  EXPECT_EQ(reg_.rows("Select UserID, GroupID From VeskProfiles"), (std::vector<std::string>{"U1|7", "U2|7"}));
-  reg_.execute("Insert Into Keywords (FieldName, Keyword) Select Distinct DocUser1, CurrentRevID From Documents");
+  reg_.execute(
+      "Insert Into Documents (DocumentTitle, CurrentRevID, Controlled, DocUser1) Select UserName, "
+      "ID, ID = 2, ID From "
+      "Users Order By UserName");
+  EXPECT_EQ(
+      reg_.rows("Select ID, DocumentTitle, CurrentRevID, Controlled, DocUser1 From Documents"),
+      (std::vector<std::string>{"1|a|2|True|2", "2|b|1|False|1"}));
+  reg_.execute(
+      "Insert Into VeskProfiles (UserID, WorkGroupID) Select Distinct UserID, '7' From Users");
+  EXPECT_EQ(reg_.rows("Select UserID, GroupID From VeskProfiles"),
+            (std::vector<std::string>{"U1|7", "U2|7"}));
+  reg_.execute(
+      "Insert Into Keywords (FieldName, Keyword) Select Distinct DocUser1, CurrentRevID From "
+      "Documents");
   EXPECT_EQ(reg_.rows("Select * From Keywords"), (std::vector<std::string>{"1|1", "2|2"}));
 }
 
@@ -225,15 +260,22 @@ TEST_F(DialectWrites, AnExplicitCounterMovesTheCounterOn) {
 }
 
 TEST_F(DialectWrites, ValuesTakeTheFormOfTheirColumns) {
-  reg_.execute("Insert Into Revisions (DocumentID, EffectiveDate, RevisionStatus) Values ('D', '3/9/2001', 2.5)");
+  reg_.execute(
+      "Insert Into Revisions (DocumentID, EffectiveDate, RevisionStatus) Values ('D', '3/9/2001', "
+      "2.5)");
   EXPECT_EQ(reg_.value("Select EffectiveDate, RevisionStatus From Revisions"), "3/9/2001|2");
-  reg_.execute("Update Revisions Set RevisionStatus = RevisionStatus * 2 + 1, RevUser1 = RevisionID, EffectiveDate = Null");
+  reg_.execute(
+      "Update Revisions Set RevisionStatus = RevisionStatus * 2 + 1, RevUser1 = RevisionID, "
+      "EffectiveDate = Null");
   EXPECT_EQ(reg_.value("Select RevisionStatus, RevUser1, EffectiveDate From Revisions"), "5|1|~");
   EXPECT_RAISES(kValueOverflow, reg_.execute("Update Revisions Set RevisionStatus = 40000"));
-  EXPECT_RAISES(kValueOverflow, reg_.execute("Update Revisions Set RevisionStatus = RevisionID + 40000"));
+  EXPECT_RAISES(kValueOverflow,
+                reg_.execute("Update Revisions Set RevisionStatus = RevisionID + 40000"));
   EXPECT_RAISES(kMismatch, reg_.execute("Update Revisions Set RevisionStatus = 'x'"));
-  EXPECT_RAISES(kEngineFailure, reg_.execute("Update Revisions Set RevUser1 = '" + std::string(256, 'x') + "'"));
-  EXPECT_EQ(reg_.value("Select RevisionStatus, RevUser1 From Revisions"), "5|1") << "nothing of what was refused";
+  EXPECT_RAISES(kEngineFailure,
+                reg_.execute("Update Revisions Set RevUser1 = '" + std::string(256, 'x') + "'"));
+  EXPECT_EQ(reg_.value("Select RevisionStatus, RevUser1 From Revisions"), "5|1")
+      << "nothing of what was refused";
   reg_.execute("Insert Into Routing (ListOrder) Values (1.00001)");
   EXPECT_EQ(reg_.value("Select ListOrder From Routing"), "1.00001");
   reg_.execute("Insert Into Documents (Controlled, SecurityLevel) Values (5, Null)");
@@ -245,18 +287,22 @@ TEST_F(DialectWrites, DeletesOverAJoinTakeTheNamedTableOnly) {
   reg_.execute("Insert Into Documents (DocumentID, Controlled) Values ('D2', False)");
   for (const char* d : {"D1", "D1", "D2"})
     reg_.execute(std::string("Insert Into Personals (DocumentID) Values ('") + d + "')");
-  EXPECT_EQ(reg_.execute("Delete Personals.* From Personals Inner Join Documents On Personals.DocumentID = "
-                         "Documents.DocumentID Where Documents.Controlled"),
+  EXPECT_EQ(reg_.execute(
+                "Delete Personals.* From Personals Inner Join Documents On Personals.DocumentID = "
+                "Documents.DocumentID Where Documents.Controlled"),
             2);
   EXPECT_EQ(reg_.value("Select Count(*) From Documents"), "2");
 }
 
 TEST_F(DialectWrites, AFailedStatementLeavesTheRegisterAsItWas) {
   for (int i = 0; i < 3; ++i) reg_.execute("Insert Into Users (UserName) Values ('u')");
-  EXPECT_RAISES(kEngineFailure, reg_.execute("Insert Into Documents (ID, DocumentTitle) Select 7, UserName From Users"));
+  EXPECT_RAISES(
+      kEngineFailure,
+      reg_.execute("Insert Into Documents (ID, DocumentTitle) Select 7, UserName From Users"));
   EXPECT_EQ(reg_.value("Select Count(*) From Documents"), "0");
-  for (const char* bad : {"Delete * From Documents Where", "Update Users Set UserName = ", "Insert Into Users (UserName) Values ('x'",
-                          "Delete * From Users Where Colour = 'red'"})
+  for (const char* bad :
+       {"Delete * From Documents Where", "Update Users Set UserName = ",
+        "Insert Into Users (UserName) Values ('x'", "Delete * From Users Where Colour = 'red'"})
     EXPECT_THROW(reg_.execute(bad), Error);
   EXPECT_EQ(reg_.value("Select Count(*) From Users"), "3");
 }

@@ -32,7 +32,8 @@ TEST(FreeStandingSet, IsBuiltOpenedAndFilled) {
   add(*rs, 1, "one");
   add(*rs, 2, "two");
   EXPECT_EQ(rs->RecordCount(), 2);
-  EXPECT_EQ(test::rowsOf(*rs), (std::vector<std::string>{"1|one|~|~", "2|two|~|~"})) << "every column takes Null";
+  EXPECT_EQ(test::rowsOf(*rs), (std::vector<std::string>{"1|one|~|~", "2|two|~|~"}))
+      << "every column takes Null";
 }
 
 TEST(FreeStandingSet, HasRulesAboutItsFields) {
@@ -124,7 +125,8 @@ TEST(FreeStandingSet, ALongOneIsReadByBlocks) {
   const auto rs = built();
   for (int i = 0; i < 1000; ++i) add(*rs, i, "x");
   int sum = 0;
-  for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext()) sum += *rs->Fields("ID")->Value().as<std::int32_t>();
+  for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext())
+    sum += *rs->Fields("ID")->Value().as<std::int32_t>();
   EXPECT_EQ(sum, 499500);
 }
 

@@ -13,7 +13,9 @@ using test::shown;
 class Joins : public testing::Test {
  protected:
   Joins() {
-    reg_.execute("Insert Into Documents (DocumentID, DocumentTitle, CurrentRevID, Controlled) Values ('D1', 'One', 7, True)");
+    reg_.execute(
+        "Insert Into Documents (DocumentID, DocumentTitle, CurrentRevID, Controlled) Values ('D1', "
+        "'One', 7, True)");
     reg_.execute("Insert Into Documents (DocumentID, DocumentTitle) Values ('D2', 'Two')");
     reg_.execute("Insert Into Manuals (ManualID, ManualName) Values ('M1', 'Manual')");
     copy("U1", "D1", "M1", true);
@@ -21,21 +23,26 @@ class Joins : public testing::Test {
     copy("U2", "D2", "0", false);
     copy("U3", "D9", "0", false);
   }
-  void copy(const std::string& user, const std::string& document, const std::string& manual, bool hard) {
-    reg_.execute("Insert Into Personals (UserID, DocumentID, ManualID, HardCopy) Values ('" + user + "', '" + document +
-                 "', '" + manual + "', " + (hard ? "True" : "False") + ")");
+  void copy(const std::string& user, const std::string& document, const std::string& manual,
+            bool hard) {
+    reg_.execute("Insert Into Personals (UserID, DocumentID, ManualID, HardCopy) Values ('" + user +
+                 "', '" + document + "', '" + manual + "', " + (hard ? "True" : "False") + ")");
   }
   static constexpr const char* kCopies =
-      "Select Personals.*, Documents.DocumentTitle, Manuals.ManualName From (Personals Left Join Documents On "
-      "Personals.DocumentID = Documents.DocumentID) Left Join Manuals On Personals.ManualID = Manuals.ManualID";
+      "Select Personals.*, Documents.DocumentTitle, Manuals.ManualName From (Personals Left Join "
+      "Documents On "
+      "Personals.DocumentID = Documents.DocumentID) Left Join Manuals On Personals.ManualID = "
+      "Manuals.ManualID";
   test::TestRegister reg_;
 };
 
 TEST_F(Joins, RowsComeInKeyOrderOfTheFirstTable) {
-  EXPECT_EQ(reg_.rows("Select Personals.ReleaseID, Documents.DocumentTitle, Manuals.ManualName From (Personals Left Join "
-                      "Documents On Personals.DocumentID = Documents.DocumentID) Left Join Manuals On "
-                      "Personals.ManualID = Manuals.ManualID"),
-            (std::vector<std::string>{"1|One|Manual", "2|One|~", "3|Two|~", "4|~|~"}));
+  EXPECT_EQ(
+      reg_.rows("Select Personals.ReleaseID, Documents.DocumentTitle, Manuals.ManualName From "
+                "(Personals Left Join "
+                "Documents On Personals.DocumentID = Documents.DocumentID) Left Join Manuals On "
+                "Personals.ManualID = Manuals.ManualID"),
+      (std::vector<std::string>{"1|One|Manual", "2|One|~", "3|Two|~", "4|~|~"}));
 }
 
 TEST_F(Joins, AreUpdatableInTheColumnsOfEveryTableWhoseRowTheyCanName) {
@@ -48,7 +55,8 @@ TEST_F(Joins, AreUpdatableInTheColumnsOfEveryTableWhoseRowTheyCanName) {
   EXPECT_EQ(reg_.value("Select DocumentTitle From Documents Where DocumentID = 'D1'"), "Uno");
   EXPECT_EQ(reg_.value("Select ManualName From Manuals"), "Book");
   rs->MoveNext();
-  EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "Uno") << "the same document's row, read again";
+  EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "Uno")
+      << "the same document's row, read again";
 }
 
 TEST_F(Joins, AnUpdateOfSeveralTablesIsAllOrNothing) {
@@ -82,8 +90,10 @@ TEST_F(Joins, RowsCannotBeAddedToOrDeletedFromThem) {
 }
 
 TEST_F(Joins, CollidingNamesComeOutWithTheirTable) {
-  const auto rs = reg_.open("Select Personals.*, Documents.* From Personals Inner Join Documents On Personals.DocumentID = "
-                            "Documents.DocumentID");
+  const auto rs = reg_.open(
+      "Select Personals.*, Documents.* From Personals Inner Join Documents On Personals.DocumentID "
+      "= "
+      "Documents.DocumentID");
   EXPECT_EQ(rs->Fields(2)->Name(), "Personals.DocumentID");
   EXPECT_EQ(shown(rs->Fields("Documents.DocumentID")->Value()), "D1");
   EXPECT_EQ(rs->Fields("UserID")->Name(), "UserID");
@@ -104,8 +114,9 @@ TEST_F(Joins, ExpressionsAreReadOnlyAndTheirNeighboursAreNot) {
 }
 
 TEST_F(Joins, DistinctAndGroupingAreReadOnly) {
-  for (const char* sql : {"Select Distinct UserID From Personals", "Select UserID, Count(*) As N From Personals Group By UserID",
-                          "Select 1 As UserID"}) {
+  for (const char* sql :
+       {"Select Distinct UserID From Personals",
+        "Select UserID, Count(*) As N From Personals Group By UserID", "Select 1 As UserID"}) {
     const auto rs = reg_.open(sql);
     EXPECT_EQ(rs->CursorType(), kStatic) << sql;
     EXPECT_RAISES(3251, rs->Fields("UserID")->Value("x"));
@@ -116,8 +127,9 @@ TEST_F(Joins, DistinctAndGroupingAreReadOnly) {
 }
 
 TEST_F(Joins, DistinctRowGivesOneRowPerCombinationAndStaysUpdatable) {
-  const auto rs = reg_.open("Select DistinctRow Documents.* From Personals Left Join Documents On Personals.DocumentID = "
-                            "Documents.DocumentID Order By DocumentTitle");
+  const auto rs = reg_.open(
+      "Select DistinctRow Documents.* From Personals Left Join Documents On Personals.DocumentID = "
+      "Documents.DocumentID Order By DocumentTitle");
   ASSERT_EQ(rs->RecordCount(), 3) << "the copy without a document once, all Null";
   EXPECT_TRUE(rs->Fields("DocumentID")->IsNull());
   EXPECT_TRUE(rs->Fields("Controlled")->IsNull());
@@ -131,8 +143,11 @@ TEST_F(Joins, DistinctRowGivesOneRowPerCombinationAndStaysUpdatable) {
 }
 
 TEST_F(Joins, DistinctRowOfAllTablesIsTheJoinItself) {
-  EXPECT_EQ(reg_.open("Select DistinctRow Personals.UserID, Documents.DocumentTitle From Personals Inner Join Documents On "
-                      "Personals.DocumentID = Documents.DocumentID")->RecordCount(), 3);
+  EXPECT_EQ(reg_.open("Select DistinctRow Personals.UserID, Documents.DocumentTitle From Personals "
+                      "Inner Join Documents On "
+                      "Personals.DocumentID = Documents.DocumentID")
+                ->RecordCount(),
+            3);
 }
 
 TEST_F(Joins, ARowOfWhichOnePartWasDeletedIsARowThatIsGone) {
@@ -165,13 +180,15 @@ TEST_F(Joins, TheTwoNamesOfTheWorkgroupAreOneStoredColumn) {
   reg_.execute("Insert Into VeskProfiles (UserID) Values ('U1')");
   reg_.execute("Update VeskPRofiles Set VeskProfiles.WorkGroupID = '5' Where USerID = 'U1'");
   EXPECT_EQ(reg_.value("Select GroupID, WorkGroupID From VeskProfiles"), "5|5");
-  EXPECT_EQ(reg_.value("Select Count(*) From VeskProfiles Where WorkGroupID = '5' and GroupID = 5"), "1");
+  EXPECT_EQ(reg_.value("Select Count(*) From VeskProfiles Where WorkGroupID = '5' and GroupID = 5"),
+            "1");
   EXPECT_RAISES(kMismatch, reg_.execute("Update VeskProfiles Set WorkGroupID = 'five'"));
   const auto rs = reg_.open("Select * From VeskProfiles");
   rs->Fields("GroupID")->Value(6);
   rs->Fields("WorkGroupID")->Value("7");
   rs->Update();
-  EXPECT_EQ(reg_.value("Select GroupID, WorkGroupID From VeskProfiles"), "7|7") << "the last assignment counts";
+  EXPECT_EQ(reg_.value("Select GroupID, WorkGroupID From VeskProfiles"), "7|7")
+      << "the last assignment counts";
   rs->Fields("WorkGroupID")->Value("8");
   rs->Fields("GroupID")->Value(9);
   rs->Update();
@@ -196,7 +213,8 @@ TEST_F(Joins, LargeJoinsReadByBlocks) {
   for (; !rs->Eof(); rs->MoveNext()) withTitle += rs->Fields("DocumentTitle")->IsNull() ? 0 : 1;
   EXPECT_EQ(withTitle, 253);
   int backwards = 0;
-  for (rs->MoveLast(); !rs->Bof(); rs->MovePrevious()) backwards += rs->Fields("DocumentTitle")->IsNull() ? 0 : 1;
+  for (rs->MoveLast(); !rs->Bof(); rs->MovePrevious())
+    backwards += rs->Fields("DocumentTitle")->IsNull() ? 0 : 1;
   EXPECT_EQ(backwards, 253);
 }
 

@@ -16,10 +16,13 @@ class RecordSet : public testing::Test {
   // Manuals named M1 to Mn, in that order; ManUser1 is their number.
   void fill(int count) {
     for (int i = 1; i <= count; ++i)
-      reg_.execute("Insert Into Manuals (ManualID, ManualName, ManUser1) Values ('ID" + std::to_string(i) + "', 'M" +
-                   std::to_string(i) + "', '" + std::to_string(i) + "')");
+      reg_.execute("Insert Into Manuals (ManualID, ManualName, ManUser1) Values ('ID" +
+                   std::to_string(i) + "', 'M" + std::to_string(i) + "', '" + std::to_string(i) +
+                   "')");
   }
-  Ref<Recordset> open(const std::string& sql = "Select * From Manuals Order By ID") { return reg_.open(sql); }
+  Ref<Recordset> open(const std::string& sql = "Select * From Manuals Order By ID") {
+    return reg_.open(sql);
+  }
   static std::string name(Recordset& rs) { return shown(rs.Fields("ManualName")->Value()); }
   static std::string name(const Ref<Recordset>& rs) { return name(*rs); }
   // Another connection, as another process would have it.
@@ -112,7 +115,8 @@ TEST_F(RecordSet, EditingStartsWithTheFirstAssignment) {
   rs->Fields("ManualName")->Value("new");
   EXPECT_EQ(rs->EditMode(), kEditInProgress);
   EXPECT_EQ(name(rs), "new");
-  EXPECT_EQ(reg_.value("Select ManualName From Manuals"), "M1") << "nothing is written before Update";
+  EXPECT_EQ(reg_.value("Select ManualName From Manuals"), "M1")
+      << "nothing is written before Update";
   rs->Update();
   EXPECT_EQ(rs->EditMode(), kEditNone);
   EXPECT_EQ(reg_.value("Select ManualName From Manuals"), "new");
@@ -223,9 +227,12 @@ TEST_F(RecordSet, AValueTheFieldCannotHoldChangesNothing) {
     const char* field;
     Variant value;
   };
-  const Case cases[] = {{"DocumentID", std::string(51, 'x')}, {"EffectiveDate", "soon"},
-                        {"CurrentRevID", "three"},            {"CurrentRevID", 3e9},
-                        {"Controlled", "perhaps"},            {"DocumentTitle", "caf\xE9"},
+  const Case cases[] = {{"DocumentID", std::string(51, 'x')},
+                        {"EffectiveDate", "soon"},
+                        {"CurrentRevID", "three"},
+                        {"CurrentRevID", 3e9},
+                        {"Controlled", "perhaps"},
+                        {"DocumentTitle", "caf\xE9"},
                         {"DocumentTitle", std::string("a\0b", 3)}};
   for (const auto& c : cases) {
     EXPECT_RAISES(3421, rs->Fields(c.field)->Value(c.value));
@@ -303,10 +310,11 @@ TEST_F(RecordSet, AMoveThatCannotSaveLeavesPositionAndEdit) {
     return other->Bookmark();
   }();
   const std::function<void()> moves[] = {
-      [&] { rs->MoveNext(); },  [&] { rs->MovePrevious(); },          [&] { rs->MoveFirst(); },
-      [&] { rs->MoveLast(); },  [&] { rs->Move(0); },                 [&] { rs->Find("ManualName = 'M3'"); },
-      [&] { rs->AddNew(); },    [&] { rs->Requery(); },               [&] { rs->Bookmark(last); },
-      [&] { (void)rs->GetRows(); }};
+      [&] { rs->MoveNext(); },     [&] { rs->MovePrevious(); },
+      [&] { rs->MoveFirst(); },    [&] { rs->MoveLast(); },
+      [&] { rs->Move(0); },        [&] { rs->Find("ManualName = 'M3'"); },
+      [&] { rs->AddNew(); },       [&] { rs->Requery(); },
+      [&] { rs->Bookmark(last); }, [&] { (void)rs->GetRows(); }};
   for (const auto& move : moves) {
     EXPECT_EQ(test::numberOf(move), -2147217864);
     EXPECT_EQ(rs->EditMode(), kEditInProgress);
@@ -627,8 +635,9 @@ TEST_F(RecordSet, FindGoesBackwardsAndSkips) {
 TEST_F(RecordSet, FindTakesOneComparisonAndNothingElse) {
   fill(1);
   const auto rs = open();
-  for (const char* bad : {"", "ManualName", "ManualName =", "= 'x'", "ManualName = 'a' and ID = 1", "ManualName 'x'",
-                          "ManualName = x", "ManualName Is Null", "ID = 'abc'", "ManualName = 'x", "ID = --1"})
+  for (const char* bad :
+       {"", "ManualName", "ManualName =", "= 'x'", "ManualName = 'a' and ID = 1", "ManualName 'x'",
+        "ManualName = x", "ManualName Is Null", "ID = 'abc'", "ManualName = 'x", "ID = --1"})
     EXPECT_RAISES(3001, rs->Find(bad));
   EXPECT_RAISES(3265, rs->Find("Colour = 'red'"));
   EXPECT_RAISES(3001, rs->Find("ID = 1", -1));
@@ -823,7 +832,8 @@ TEST_F(RecordSet, FieldsSayWhatTheyAre) {
 }
 
 TEST_F(RecordSet, KnowsWhatItSupports) {
-  EXPECT_TRUE(open()->Supports(kSupportsAddNew | kSupportsUpdate | kSupportsDelete | kSupportsFind | kSupportsBookmark));
+  EXPECT_TRUE(open()->Supports(kSupportsAddNew | kSupportsUpdate | kSupportsDelete | kSupportsFind |
+                               kSupportsBookmark));
   EXPECT_FALSE(open()->Supports(kSupportsUpdateBatch));
   const auto readOnly = reg_.open("Select * From Manuals", kReadOnly);
   EXPECT_TRUE(readOnly->Supports(kSupportsMovePrevious));

@@ -1,4 +1,5 @@
-// Every state of a record set against every operation: what may be done when, and the number raised where it may not.
+// Every state of a record set against every operation: what may be done when, and the number raised
+// where it may not.
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -9,9 +10,22 @@
 namespace kv {
 namespace {
 
-enum State { Closed, Empty, AtBof, OnRow, AtEof, OnHole, Editing, Adding, ReadOnly, Keyless, kStates };
-constexpr const char* kStateNames[] = {"closed",  "empty",   "at Bof", "on a row",  "at Eof",
-                                       "on a hole", "editing", "adding", "read-only", "without keys"};
+enum State {
+  Closed,
+  Empty,
+  AtBof,
+  OnRow,
+  AtEof,
+  OnHole,
+  Editing,
+  Adding,
+  ReadOnly,
+  Keyless,
+  kStates
+};
+constexpr const char* kStateNames[] = {"closed",    "empty",       "at Bof",  "on a row",
+                                       "at Eof",    "on a hole",   "editing", "adding",
+                                       "read-only", "without keys"};
 
 struct Row {
   const char* name;

@@ -65,14 +65,16 @@ TEST(RegisterSchema, IsThatOfTheAccessFiles) {
   REQUIRE_SHARED_DATA(file, "access/proposals-2000.mdb");
   auto access = accessColumns(file);
   ASSERT_GT(access.size(), 200U);
-  // Where ours differ on purpose: room for a hash, and user fields that are text until somebody gives them a type.
+  // Where ours differ on purpose: room for a hash, and user fields that are text until somebody
+  // gives them a type.
   access["Users.Password"] = "Text (255)";
   access["Users.User01"] = "Text (100)";
   access["Users.User02"] = "Text (100)";
   std::map<std::string, std::string> ours;
   for (const auto& table : registerTables())
     if (table.name != "VeskKeywords" && table.name != "VeskReporting")
-      for (const auto& column : table.columns) ours[table.name + "." + column.name] = accessType(column);
+      for (const auto& column : table.columns)
+        ours[table.name + "." + column.name] = accessType(column);
   EXPECT_EQ(ours, access);
 }
 
@@ -93,14 +95,17 @@ TEST(RegisterSchema, StatementsLookThingsUpInIndexes) {
     const auto statement = reg.connection()->database()->prepare(sql);
     const auto& emitted = statement.shape->emitted;
     const auto explain = reg.connection()->database()->engine().prepare(
-        "EXPLAIN QUERY PLAN " + (emitted.keys.text.empty() ? emitted.whole.text : emitted.keys.text));
+        "EXPLAIN QUERY PLAN " +
+        (emitted.keys.text.empty() ? emitted.whole.text : emitted.keys.text));
     engine::RowBlock rows;
     rows.reset(4);
     std::vector<std::int64_t> none;
-    const std::array<ColumnType, 4> types = {ColumnType::Int32, ColumnType::Int32, ColumnType::Int32, ColumnType::Text};
+    const std::array<ColumnType, 4> types = {ColumnType::Int32, ColumnType::Int32,
+                                             ColumnType::Int32, ColumnType::Text};
     (void)explain->fetch(rows, types, none, 0, 100);
     std::string out;
-    for (std::size_t i = 0; i < rows.rows(); ++i) out += std::string(rows.text(rows.cell(i, 3))) + "\n";
+    for (std::size_t i = 0; i < rows.rows(); ++i)
+      out += std::string(rows.text(rows.cell(i, 3))) + "\n";
     return out;
   };
   const char* looked[] = {
@@ -118,17 +123,24 @@ TEST(RegisterSchema, StatementsLookThingsUpInIndexes) {
       "Select * From Users Where UserID = 'x' or UserID = 'y'",
       "Select * From Actions Where AssigneeID = 'x' and IsNull(DateClosed)",
       "Select * From Keywords Where FieldName = 'x'",
-      "Select Documents.* From Owners Inner Join Documents On Owners.DocumentID = Documents.DocumentID Where Owners.UserID = 'x'",
+      ("Select Documents.* From Owners Inner Join Documents On Owners.DocumentID = "
+       "Documents.DocumentID Where Owners.UserID = 'x'"),
   };
-  for (const char* sql : looked) EXPECT_THAT(plan(sql), testing::Not(testing::HasSubstr("SCAN"))) << sql;
-  for (const char* sql : {"Select * From Documents Order By DocumentTitle", "Select * From Documents Order By DocumentNumber",
-                          "Select * From Manuals Order By ManualName", "Select * From Users Order By UserName"})
-    EXPECT_THAT(plan(sql), testing::AllOf(testing::HasSubstr("kv_order_"), testing::Not(testing::HasSubstr("TEMP B-TREE")))) << sql;
+  for (const char* sql : looked)
+    EXPECT_THAT(plan(sql), testing::Not(testing::HasSubstr("SCAN"))) << sql;
+  for (const char* sql :
+       {"Select * From Documents Order By DocumentTitle",
+        "Select * From Documents Order By DocumentNumber",
+        "Select * From Manuals Order By ManualName", "Select * From Users Order By UserName"})
+    EXPECT_THAT(plan(sql), testing::AllOf(testing::HasSubstr("kv_order_"),
+                                          testing::Not(testing::HasSubstr("TEMP B-TREE"))))
+        << sql;
 }
 
 TEST(NewRegister, HasItsFirstValues) {
   const test::TestRegister reg;
-  EXPECT_EQ(reg.value("Select DatabaseVersion, Version, ExternalActionSystem, UserDBLocation, OwnerRights, ProgramOptions, "
+  EXPECT_EQ(reg.value("Select DatabaseVersion, Version, ExternalActionSystem, UserDBLocation, "
+                      "OwnerRights, ProgramOptions, "
                       "Originator, OriginatorID, Document, Revision From VeskConfig"),
             "02.01|1.003.006|False|~|000000000000000000000|00000000000|0|~|Document|Revision");
   EXPECT_EQ(reg.value("Select User00, TypeUser00, User11, TypeUser11 From UserConfig"), "~|0|~|0");
@@ -144,7 +156,8 @@ TEST(NewRegister, HasANameOfItsOwn) {
   const test::TempFolder folder;
   const auto name = [&](const char* file) {
     const auto c = createRegister(folder.file(file));
-    const auto out = test::shown(c->OpenRecordset("Select DBID From VeskConfig")->Fields(0)->Value());
+    const auto out =
+        test::shown(c->OpenRecordset("Select DBID From VeskConfig")->Fields(0)->Value());
     c->Close();
     return out;
   };
@@ -184,25 +197,34 @@ TEST(NewRegister, IdentifiersMayOccurTwice) {
 TEST(ChangeColumns, GivesColumnsOtherTypes) {
   const test::TestRegister reg;
   for (int i = 1; i <= 3; ++i)
-    reg.execute(fmt::format("Insert Into Users (UserID, UserName, User01, User02) Values ('U{}', 'N{}', '{}', '2001-03-0{}')", i, i, i * 10, i));
+    reg.execute(
+        fmt::format("Insert Into Users (UserID, UserName, User01, User02) Values ('U{}', 'N{}', "
+                    "'{}', '2001-03-0{}')",
+                    i, i, i * 10, i));
   reg.execute("Delete * From Users Where ID = 3");
   const auto& database = reg.connection()->database();
   {
     Transaction t(*database, engine::Access::Write);
-    changeColumns(database, "users", {{.name = "User01", .type = ColumnType::Int32}, {.name = "User02", .type = ColumnType::Date}});
+    changeColumns(database, "users",
+                  {{.name = "User01", .type = ColumnType::Int32},
+                   {.name = "User02", .type = ColumnType::Date}});
     t.commit();
   }
-  EXPECT_EQ(reg.rows("Select ID, UserID, User01, User02 From Users Where User01 > 5 and User02 > #1/1/2001#"),
-            (std::vector<std::string>{"1|U1|10|3/1/2001", "2|U2|20|3/2/2001"}));
+  EXPECT_EQ(
+      reg.rows(
+          "Select ID, UserID, User01, User02 From Users Where User01 > 5 and User02 > #1/1/2001#"),
+      (std::vector<std::string>{"1|U1|10|3/1/2001", "2|U2|20|3/2/2001"}));
   const auto other = reg.openAnother();
   EXPECT_EQ(other->OpenRecordset("Select User01 From Users")->Fields(0)->Type(), kTypeInteger);
   const auto rs = reg.open("Select * From Users");
   rs->AddNew();
-  EXPECT_EQ(rs->Fields("ID")->Value(), Variant(4)) << "numbers given out once are not given out again";
+  EXPECT_EQ(rs->Fields("ID")->Value(), Variant(4))
+      << "numbers given out once are not given out again";
   rs->CancelUpdate();
   const auto tables = database->engine().catalog();
   EXPECT_EQ(tables.size(), registerTables().size());
-  const auto plan = database->engine().prepare("SELECT ID FROM Users INDEXED BY kv_order_Users_UserName ORDER BY kv_order(UserName)");
+  const auto plan = database->engine().prepare(
+      "SELECT ID FROM Users INDEXED BY kv_order_Users_UserName ORDER BY kv_order(UserName)");
   std::vector<std::int64_t> ids;
   plan->fetchKeys(ids, 1);
   EXPECT_EQ(ids.size(), 2U) << "the indexes are there";
@@ -214,7 +236,8 @@ TEST(ChangeColumns, AValueThatCannotBeConvertedStopsIt) {
   const auto& database = reg.connection()->database();
   {
     Transaction t(*database, engine::Access::Write);
-    EXPECT_RAISES(kMismatch, changeColumns(database, "Users", {{.name = "User01", .type = ColumnType::Int32}}));
+    EXPECT_RAISES(kMismatch, changeColumns(database, "Users",
+                                           {{.name = "User01", .type = ColumnType::Int32}}));
   }
   EXPECT_EQ(reg.value("Select User01 From Users"), "ten");
 }

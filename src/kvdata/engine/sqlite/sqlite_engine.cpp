@@ -102,12 +102,14 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     RowBlock names;
     names.reset(1);
     tables->fetch(names, oneText, noKeys, 0, kAll);
-    const auto columns = prepare(
-        "SELECT name, type, dflt_value, pk FROM pragma_table_info(?1) ORDER BY cid");
+    const auto columns =
+        prepare("SELECT name, type, dflt_value, pk FROM pragma_table_info(?1) ORDER BY cid");
     const std::array<ColumnType, 4> types = {ColumnType::Text, ColumnType::Text, ColumnType::Text,
                                              ColumnType::Int32};
     for (std::size_t t = 0; t < names.rows(); ++t) {
-      TableInfo table{.name = std::string(names.text(names.cell(t, 0))), .columns = {}, .key = "rowid",
+      TableInfo table{.name = std::string(names.text(names.cell(t, 0))),
+                      .columns = {},
+                      .key = "rowid",
                       .hiddenKey = true};
       columns->bind(1, table.name);
       RowBlock rows;
@@ -122,7 +124,8 @@ class SqliteEngine final : public Engine, public SqliteWatch {
           table.hiddenKey = name.starts_with("kv_");
           if (table.hiddenKey) continue;
         }
-        ColumnInfo column{.name = name, .type = typeOf(declared), .size = sizeOf(declared), .counter = key};
+        ColumnInfo column{
+            .name = name, .type = typeOf(declared), .size = sizeOf(declared), .counter = key};
         if (rows.cell(r, 2).kind == Cell::Kind::Text)
           column.initial = initialOf(rows.text(rows.cell(r, 2)));
         table.columns.push_back(std::move(column));
@@ -146,8 +149,8 @@ class SqliteEngine final : public Engine, public SqliteWatch {
 
   std::int64_t reserveCounter(const TableInfo& table, std::int64_t count) override {
     // AUTOINCREMENT keeps its counters in a table that may be written like any other.
-    const auto take = prepare(
-        "UPDATE sqlite_sequence SET seq = seq + ?2 WHERE name = ?1 RETURNING seq");
+    const auto take =
+        prepare("UPDATE sqlite_sequence SET seq = seq + ?2 WHERE name = ?1 RETURNING seq");
     take->bind(1, table.name);
     take->bind(2, count);
     RowBlock none;
@@ -186,7 +189,8 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     sqlite3_progress_handler(
         db_.get(), limit.count() > 0 ? kInstructions : 0,
         [](void* self) {
-          return std::chrono::steady_clock::now() > static_cast<SqliteEngine*>(self)->deadline_ ? 1 : 0;
+          return std::chrono::steady_clock::now() > static_cast<SqliteEngine*>(self)->deadline_ ? 1
+                                                                                                : 0;
         },
         this);
   }
@@ -229,11 +233,13 @@ class SqliteEngine final : public Engine, public SqliteWatch {
           std::string("PRAGMA synchronous = FULL")})
       execute(pragma);
     if (options_.create) execute("PRAGMA journal_mode = WAL");
-    if (options_.pageLimit > 0) execute(fmt::format("PRAGMA max_page_count = {}", options_.pageLimit));
+    if (options_.pageLimit > 0)
+      execute(fmt::format("PRAGMA max_page_count = {}", options_.pageLimit));
   }
 
-  // Without locks nothing tells that somebody with more rights has written the file, and what is read then could be
-  // a mixture. So the file is looked at before every statement, and refused when it is not what it was.
+  // Without locks nothing tells that somebody with more rights has written the file, and what is
+  // read then could be a mixture. So the file is looked at before every statement, and refused when
+  // it is not what it was.
   void requireUnchanged() const {
     if (access_ != FileAccess::Unchanging || fileMark(options_.location) == mark_) return;
     throw Error(kEngineFailure, "kvData",

@@ -14,8 +14,9 @@ namespace kv::engine {
 // Removes a file that was made by opening it with `create`, and its log.
 void discardSqlite(const OpenOptions& options) noexcept;
 
-// Gives a connection the kv_ functions and the kv_keys table that registers' indexes and our statements use. For
-// programs of this project that read a register by hand, such as the benchmarks.
+// Gives a connection the kv_ functions and the kv_keys table that registers' indexes and our
+// statements use. For programs of this project that read a register by hand, such as the
+// benchmarks.
 void registerSqliteFunctions(sqlite3* connection);
 
 // Marks a file as a register, in the header field that SQLite leaves to applications: "KvVk".

@@ -48,7 +48,8 @@ std::string_view constraintCause(int code, std::string_view message) {
     return "The changes were not successful because they would create a duplicate key.";
   if (code == SQLITE_CONSTRAINT_NOTNULL) return "The field cannot contain a Null value.";
   if (message.find("kv_size_") != std::string_view::npos)
-    return "The field is too small to accept the amount of data you attempted to add. Try inserting "
+    return "The field is too small to accept the amount of data you attempted to add. Try "
+           "inserting "
            "or pasting less data.";
   return cause(code);
 }
@@ -57,18 +58,18 @@ std::string_view constraintCause(int code, std::string_view message) {
 
 void raiseSqlite(sqlite3* connection, int code) {
   std::string message = connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
-  const int extended = connection != nullptr && (sqlite3_extended_errcode(connection) & 0xFF) == (code & 0xFF)
-                           ? sqlite3_extended_errcode(connection)
-                           : code;
+  const int extended =
+      connection != nullptr && (sqlite3_extended_errcode(connection) & 0xFF) == (code & 0xFF)
+          ? sqlite3_extended_errcode(connection)
+          : code;
   if (message.starts_with(kFunctionErrorMark)) {
     std::int32_t number = 0;
     const char* const first = message.data() + kFunctionErrorMark.size();
     const auto [end, problem] = std::from_chars(first, message.data() + message.size(), number);
     if (problem == std::errc() && *end == ' ') throw Error(number, "kvData", std::string(end + 1));
   }
-  const std::string_view first = (extended & 0xFF) == SQLITE_CONSTRAINT
-                                     ? constraintCause(extended, message)
-                                     : cause(extended);
+  const std::string_view first =
+      (extended & 0xFF) == SQLITE_CONSTRAINT ? constraintCause(extended, message) : cause(extended);
   throw Error(kEngineFailure, "kvData", fmt::format("{} {} ({})", first, message, extended));
 }
 

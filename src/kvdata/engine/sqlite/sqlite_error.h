@@ -7,8 +7,8 @@ struct sqlite3;
 
 namespace kv::engine {
 
-// Throws the error for `code`, the result of a call on `connection`. The first sentence names the cause, SQLite's
-// own message and code come last. `connection` may be nullptr.
+// Throws the error for `code`, the result of a call on `connection`. The first sentence names the
+// cause, SQLite's own message and code come last. `connection` may be nullptr.
 [[noreturn]] void raiseSqlite(sqlite3* connection, int code);
 
 // A message that a kv_ function gives to SQLite so that raiseSqlite finds its number again.

@@ -11,8 +11,8 @@ enum class FileAccess {
   Unchanging,  // nothing may be written beside the file either: read it without locks
 };
 
-// Raises -2147467259 for files that are missing, folders, Access files (naming their format), files that are no
-// SQLite database, and SQLite databases that are no register.
+// Raises -2147467259 for files that are missing, folders, Access files (naming their format), files
+// that are no SQLite database, and SQLite databases that are no register.
 void requireRegister(const std::string& path);
 
 // Raises -2147467259 when there is anything at the path.
@@ -24,7 +24,8 @@ void removeFiles(const std::string& path) noexcept;
 // How the file and its folder can be used by this process.
 [[nodiscard]] FileAccess accessTo(const std::string& path);
 
-// Something that changes whenever the file is written: its times, size and whether a log lies beside it.
+// Something that changes whenever the file is written: its times, size and whether a log lies
+// beside it.
 [[nodiscard]] std::string fileMark(const std::string& path);
 
 }  // namespace kv::engine

@@ -1,5 +1,5 @@
-// The functions and the table that our SQL for SQLite uses: text keys, Like, text extremes, conversions, and the
-// list of keys by which record sets read blocks of rows.
+// The functions and the table that our SQL for SQLite uses: text keys, Like, text extremes,
+// conversions, and the list of keys by which record sets read blocks of rows.
 
 #include <fmt/format.h>
 #include <sqlite3.h>
@@ -52,7 +52,8 @@ void guarded(sqlite3_context* context, Body body) noexcept {
   }
 }
 
-// kv_fold(x), kv_order(x): the key of a text; other values as they are. The buffer belongs to the connection.
+// kv_fold(x), kv_order(x): the key of a text; other values as they are. The buffer belongs to the
+// connection.
 template <void (*Key)(std::string_view, std::string&)>
 void keyFunction(sqlite3_context* context, int, sqlite3_value** args) {
   guarded(context, [&] {
@@ -84,7 +85,8 @@ void likeFunction(sqlite3_context* context, int, sqlite3_value** args) {
   });
 }
 
-// kv_min(x), kv_max(x): the text with the least or greatest order key; of equal ones the least by code point.
+// kv_min(x), kv_max(x): the text with the least or greatest order key; of equal ones the least by
+// code point.
 struct Extreme {
   bool any = false;
   std::string key;
@@ -155,9 +157,9 @@ void convertFunction(sqlite3_context* context, int, sqlite3_value** args) {
     }
     const auto iso = kind == SQLITE_TEXT ? parseIso(textOf(args[0])) : std::nullopt;
     if (type == "DateTime") {
-      giveText(context, isoText(iso ? *iso
-                                    : kind == SQLITE_TEXT ? toDate(Variant(textOf(args[0])))
-                                                          : Date(sqlite3_value_double(args[0]))));
+      giveText(context, isoText(iso                   ? *iso
+                                : kind == SQLITE_TEXT ? toDate(Variant(textOf(args[0])))
+                                                      : Date(sqlite3_value_double(args[0]))));
       return;
     }
     double number = 0;
@@ -309,8 +311,8 @@ void registerSqliteFunctions(sqlite3* db) {
   const auto check = [&](int code) {
     if (code != SQLITE_OK) raiseSqlite(db, code);
   };
-  check(sqlite3_create_function_v2(db, "kv_fold", 1, kPure, new std::string, keyFunction<foldKeyInto>,
-                                   nullptr, nullptr, deleteBuffer));
+  check(sqlite3_create_function_v2(db, "kv_fold", 1, kPure, new std::string,
+                                   keyFunction<foldKeyInto>, nullptr, nullptr, deleteBuffer));
   check(sqlite3_create_function_v2(db, "kv_order", 1, kPure, new std::string,
                                    keyFunction<orderKeyInto>, nullptr, nullptr, deleteBuffer));
   check(sqlite3_create_function_v2(db, "kv_like", 2, kPure, nullptr, likeFunction, nullptr, nullptr,

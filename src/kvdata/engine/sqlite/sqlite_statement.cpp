@@ -57,8 +57,8 @@ void SqliteStatement::bindCell(int parameter, const RowBlock& block, std::size_t
 
 void SqliteStatement::bindKeys(int parameter, const KeyList& keys) {
   // The pointer travels through SQLite as one to a non-const list; kv_keys only reads it.
-  const int code = sqlite3_bind_pointer(statement_, parameter, const_cast<KeyList*>(&keys),
-                                        "kv_keys", nullptr);
+  const int code =
+      sqlite3_bind_pointer(statement_, parameter, const_cast<KeyList*>(&keys), "kv_keys", nullptr);
   if (code != SQLITE_OK) raiseSqlite(connection_, code);
 }
 
@@ -85,11 +85,13 @@ std::int64_t SqliteStatement::run() {
   const std::int64_t before = sqlite3_total_changes64(connection_);
   while (step()) {
   }
-  // total_changes counts only what the statement itself changed: registers have no triggers and no foreign keys.
+  // total_changes counts only what the statement itself changed: registers have no triggers and no
+  // foreign keys.
   return sqlite3_total_changes64(connection_) - before;
 }
 
-// The value is asked for once and then read without the checks that only threads need: an engine belongs to one.
+// The value is asked for once and then read without the checks that only threads need: an engine
+// belongs to one.
 void SqliteStatement::readCell(RowBlock& block, ColumnType type, int column) {
   auto* value = sqlite3_column_value(statement_, column);
   if (sqlite3_value_type(value) == SQLITE_NULL) {
