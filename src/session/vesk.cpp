@@ -23,7 +23,7 @@ constexpr std::int32_t kCommandText = 1;
 }  // namespace
 
 Ref<clsVesk> clsVesk::create(PasswordCost cost) {
-  const Ref<clsVesk> vesk(std::make_shared<clsVesk>(Private{}));
+  Ref<clsVesk> vesk(std::make_shared<clsVesk>(Private{}));
   vesk->dataServer_ = makeRef<kvDataServer>();
   vesk->document_ = makeRef<clsVeskDocument>();
   vesk->document_->oVesk(vesk);
