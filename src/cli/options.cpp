@@ -23,17 +23,20 @@ Session::Session(const Options& options) : vesk_(clsVesk::create()) {
     interruptOnSignal(connection);
     vesk_->Login(options.user, password);
   } catch (...) {
-    interruptOnSignal(nullptr);
-    if (vesk_->DataServer()) vesk_->CloseSession();
+    close();
     throw;
   }
 }
 
-Session::~Session() {
-  interruptOnSignal(nullptr);
+Session::~Session() { close(); }
+
+void Session::close() noexcept {
   try {
+    interruptOnSignal(nullptr);
     vesk_->CloseSession();
-  } catch (const std::exception&) {  // nothing more can be done about it here
+  } catch (const std::exception&) {
+    // Nothing more can be done about it here; after a refused opening there is no connection left
+    // to close, and CloseSession has let the objects go before it said so.
   }
 }
 

@@ -41,6 +41,8 @@ class Session {
   void requireRight(std::int16_t right, const std::string& description) const;
 
  private:
+  void close() noexcept;
+
   Ref<clsVesk> vesk_;
 };
 
