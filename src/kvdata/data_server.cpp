@@ -42,6 +42,15 @@ Ref<kvConnection> kvDataServer::Connection() const {
   return connection && connection->isOpen() ? connection : Ref<kvConnection>();
 }
 
+Ref<Recordset> kvDataServer::open(const std::string& sql) const {
+  return Connection()->OpenRecordset(sql);
+}
+
+void kvDataServer::execute(const std::string& sql) const {
+  std::int32_t affected = 0;
+  Connection()->Execute(sql, affected);
+}
+
 Ref<kvConnection> kvDataServer::connected(const std::string& table) const {
   auto connection = Connection();
   if (table.empty() || !connection) raise(kObjectNotSet);

@@ -40,6 +40,11 @@ class kvDataServer : public Object {
   [[nodiscard]] std::string StatementLog() const;
   void StatementLog(const std::string& path);
 
+  // For the classes that have a data server: an updatable set over a SELECT, and a statement
+  // executed. Both raise 91 while closed.
+  [[nodiscard]] Ref<Recordset> open(const std::string& sql) const;
+  void execute(const std::string& sql) const;
+
   [[nodiscard]] const std::string& groupsTable() const noexcept { return groups_; }
   [[nodiscard]] const std::string& profilesTable() const noexcept { return profiles_; }
 

@@ -66,6 +66,30 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   // Executes a statement; returns how many rows it changed. Options is accepted and has no effect.
   std::int32_t Execute(const std::string& cSQL, std::int32_t Options = 1);
 
+  // ---- rights and options; numbers as in rights/rights.h ----
+
+  // What lists of rights show. Rights beyond the last give "End", other numbers without a text "".
+  [[nodiscard]] std::string urDescription(std::int16_t UserRight) const;
+  [[nodiscard]] std::string uoDescription(std::int16_t UserRight) const;  // always ""
+  [[nodiscard]] std::string aoDescription(std::int16_t UserRight) const;  // always ""
+  [[nodiscard]] std::string orDescription(std::int16_t UserRight) const;
+
+  // Each test takes its setting in the first argument or, when that is not 0, in the second.
+  // Settings beyond the stored text are off; 0 in both raises 5.
+
+  // Whether the logged-in user holds a right.
+  [[nodiscard]] bool UserAccess(std::int16_t Access = 0, std::int16_t naccess = 0) const;
+  // Whether owners of documents hold a right. True for a user with the owner override, unless
+  // `naccess` is 2000, which asks for what is configured under `Access`.
+  [[nodiscard]] bool OwnerAccess(std::int16_t Access = 0, std::int16_t naccess = 0) const;
+  [[nodiscard]] bool UserOption(std::int16_t opt = 0, std::int16_t nOpt = 0) const;
+  [[nodiscard]] bool AppOption(std::int16_t opt = 0, std::int16_t nOpt = 0) const;
+  // The setters raise 5 for a place beyond the stored text and store nothing then; only the
+  // application options are first filled up to their eleven places.
+  void SetOwnerAccess(std::int16_t Access, bool Setting);
+  void SetUserOption(std::int16_t opt, bool Setting);
+  void SetAppOption(std::int16_t opt, bool Setting);
+
  private:
   void requireVersions();
   void openUsers();

@@ -1,16 +1,9 @@
 // What the root object raises: codes, sources and texts in one table.
 #pragma once
 
-#include <cstdint>
-#include <string_view>
+#include "common/library_error.h"
 
 namespace kv {
-
-struct LibraryError {
-  std::int32_t code;  // added to kErrorBase
-  std::string_view source;
-  std::string_view description;
-};
 
 // The two about the layout are followed directly by the version this library is made for.
 inline constexpr LibraryError kLayoutTooOld{2501, "OpenConnection",
@@ -21,8 +14,5 @@ inline constexpr LibraryError kUserDataTooOld{2503, "OpenConnection",
                                               "The user/action datasource needs to be converted."};
 inline constexpr LibraryError kUnconnected{2505, "Login", "Vesk is unconnected to datasource"};
 inline constexpr LibraryError kWrongPassword{2506, "Login", "UserName or Password is incorrect"};
-
-// Raises it; `more` follows the description directly.
-[[noreturn]] void raise(const LibraryError& error, std::string_view more = {});
 
 }  // namespace kv

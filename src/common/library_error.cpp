@@ -1,4 +1,4 @@
-#include "session/vesk_errors.h"
+#include "common/library_error.h"
 
 #include <string>
 

@@ -1,0 +1,65 @@
+// Operation: one thing that a caller asks of the library. Everything it writes through one
+// connection is kept, or nothing is; inside a transaction of the client's it is a mark in that.
+#pragma once
+
+#include <exception>
+#include <utility>
+
+#include "kvdata/connection.h"
+
+namespace kv {
+
+class Operation {
+ public:
+  // Takes the write lock, so that what is tested afterwards still holds when it is written.
+  explicit Operation(const Ref<kvConnection>& connection)
+      : database_(*connection->database()), transaction_(database_, engine::Access::Write) {}
+
+  // Without it everything is undone at the end of the scope.
+  void commit() { transaction_.commit(); }
+
+  // A step of an operation that keeps what it has done when a later step fails: a failing step is
+  // undone by itself, the ones before it are committed, and the error goes on.
+  template <class Step>
+  void keep(Step step) {
+    try {
+      Transaction mark(database_, engine::Access::Write);
+      step();
+      mark.commit();
+    } catch (...) {
+      commit();
+      throw;
+    }
+  }
+
+ private:
+  Database& database_;
+  Transaction transaction_;
+};
+
+// A row being added to a set, by an operation that writes more than that row. When the operation
+// fails the addition is taken back from the set: its number has gone back to the counter, and the
+// rest of what belongs to it is not there.
+class Addition {
+ public:
+  explicit Addition(Ref<Recordset> rs) : rs_(std::move(rs)) { rs_->AddNew(); }
+  ~Addition() {
+    if (kept_) return;
+    try {
+      rs_->CancelUpdate();
+    } catch (const std::exception&) {  // the error that led here is the one to tell
+    }
+  }
+  Addition(const Addition&) = delete;
+  Addition& operator=(const Addition&) = delete;
+  Addition(Addition&&) = delete;
+  Addition& operator=(Addition&&) = delete;
+
+  void keep() noexcept { kept_ = true; }
+
+ private:
+  Ref<Recordset> rs_;
+  bool kept_ = false;
+};
+
+}  // namespace kv
