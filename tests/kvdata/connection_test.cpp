@@ -103,7 +103,7 @@ TEST_F(ConnectionTest, AWriterWaitsForAnotherAndThenSaysSo) {
 
 constexpr const char* kSlow =
     "Select Count(*) From Keywords As A, Keywords As B, Keywords As C, Keywords As D Where "
-    "A.Keyword Like B.Keyword";
+    "A.Keyword Like B.Keyword Or C.Keyword Like D.Keyword";
 
 TEST_F(ConnectionTest, ARunningStatementCanBeStopped) {
   for (int i = 0; i < 150; ++i)
