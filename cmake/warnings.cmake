@@ -8,6 +8,8 @@ target_compile_options(
             # Only variables of functions: names of enumerators may be those of other things.
             $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
             $<$<CXX_COMPILER_ID:Clang>:-Wshadow>
+            $<$<CXX_COMPILER_ID:GNU>:-Wzero-as-null-pointer-constant>
+            $<$<CXX_COMPILER_ID:Clang>:-Wreserved-identifier>
             -Wconversion
             -Wsign-conversion
             -Wold-style-cast

@@ -61,6 +61,7 @@ void writeAligned(std::ostream& out, const std::vector<std::string>& heading,
                   const std::vector<std::vector<std::string>>& rows,
                   const std::vector<bool>& right) {
   std::vector<std::size_t> widths;
+  widths.reserve(heading.size());
   for (const auto& name : heading) widths.push_back(characterCount(name));
   for (const auto& row : rows)
     for (std::size_t i = 0; i < row.size(); ++i)
@@ -77,6 +78,7 @@ void writeAligned(std::ostream& out, const std::vector<std::string>& heading,
   };
   line(heading);
   std::vector<std::string> rule;
+  rule.reserve(widths.size());
   for (const auto width : widths) rule.emplace_back(width, '-');
   line(rule);
   for (const auto& row : rows) line(row);
@@ -84,8 +86,10 @@ void writeAligned(std::ostream& out, const std::vector<std::string>& heading,
 
 template <class Row>
 void eachRow(Recordset& rs, Row row) {
+  const std::int32_t count = rs.Fields().Count();
   std::vector<Ref<Field>> fields;
-  for (std::int32_t i = 0; i < rs.Fields().Count(); ++i) fields.push_back(rs.Fields(i));
+  fields.reserve(static_cast<std::size_t>(count));
+  for (std::int32_t i = 0; i < count; ++i) fields.push_back(rs.Fields(i));
   if (rs.RecordCount() > 0) rs.MoveFirst();
   for (; !rs.Eof(); rs.MoveNext()) row(fields);
 }
@@ -138,6 +142,7 @@ void writeRows(std::ostream& out, Recordset& rs, Format format) {
         out << "\r\n";
       };
       std::vector<std::string> cells;
+      cells.reserve(names.size());
       for (const auto& name : names) cells.push_back(csvField(name));
       line(cells);
       eachRow(rs, [&](const auto& fields) {

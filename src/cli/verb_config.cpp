@@ -29,8 +29,10 @@ int show(const Session& session, const Options& options, const std::string& key)
     std::cout << plainText(rs->Fields(0)->Value()) << '\n';
     return kDone;
   }
+  const std::int32_t count = rs->Fields().Count();
   std::vector<std::vector<std::string>> rows;
-  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i)
+  rows.reserve(static_cast<std::size_t>(count));
+  for (std::int32_t i = 0; i < count; ++i)
     rows.push_back({rs->Fields(i)->Name(), plainText(rs->Fields(i)->Value())});
   writeTable(std::cout, {"Key", "Value"}, rows);
   return kDone;

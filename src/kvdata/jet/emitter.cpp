@@ -275,10 +275,12 @@ class Writer {
     if (alike) {
       const std::string left = isText(x) ? fold(x) : value(x);
       std::vector<std::string> list;
+      list.reserve(items.size());
       for (const auto* item : items) list.push_back(isText(x) ? fold(*item) : value(*item));
       out = fmt::format("({} IN ({}))", left, joinTexts(list));
     } else {
       std::vector<std::string> tests;
+      tests.reserve(items.size());
       for (const auto* item : items) tests.push_back(compare(Op::Equal, x, *item));
       out = "(" + joinTexts(tests, " OR ") + ")";
     }
@@ -306,8 +308,9 @@ class Writer {
                                                 : isNumber(x) && plain(b) != LiteralKind::Date);
     if (alike) {  // which one is the lower is known when the values are
       const auto bound = [&](bool greater) {
-        std::vector<std::string> parts;
         const auto forms = isText(x) ? d_.orderForms() : std::vector{ParamUse::Form::Plain};
+        std::vector<std::string> parts;
+        parts.reserve(forms.size());
         for (const auto form : forms)
           parts.push_back(literal(
               {.form = form, .literal = a.literal, .other = b.literal, .greater = greater}));
@@ -432,6 +435,7 @@ class Writer {
 
   std::vector<std::string> keys(const std::vector<int>& tables) const {
     std::vector<std::string> out;
+    out.reserve(tables.size());
     for (const int t : tables) out.push_back(key(t));
     return out;
   }
@@ -457,7 +461,7 @@ class Writer {
                    *o.expr))  // a column of a table that is not shown: the first of the combination
         for (auto& sql : own) {
           const auto suffix = d_.direction(o.descending);
-          sql = "MIN(" + sql.substr(0, sql.size() - suffix.size()) + ")" + suffix;
+          sql = fmt::format("MIN({}){}", sql.substr(0, sql.size() - suffix.size()), suffix);
         }
       shape.order.insert(shape.order.end(), own.begin(), own.end());
     }

@@ -53,6 +53,7 @@ void LocalSource::remove(std::size_t slot) {
 
 void LocalSource::arrange(const std::vector<std::size_t>& order) {
   std::vector<std::vector<SqlValue>> rows;
+  rows.reserve(order.size());
   for (const auto slot : order) rows.push_back(std::move(rows_[slot]));
   rows_ = std::move(rows);
   ++version_;

@@ -561,6 +561,7 @@ void Recordset::arrange(const std::string& column, const std::vector<std::string
   }
   std::sort(order.begin(), order.end());
   std::vector<std::size_t> slots;
+  slots.reserve(order.size());
   for (const auto& [rank, slot] : order) slots.push_back(slot);
   source_->arrange(slots);
   blockStamp_ = 0;

@@ -109,6 +109,7 @@ std::vector<ColumnInfo> userCriteria() {
 
 std::vector<ColumnInfo> labels(const std::vector<std::string>& names) {
   std::vector<ColumnInfo> out;
+  out.reserve(names.size());
   for (const auto& name : names) out.push_back(text(name, kId));
   return out;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cctype>
+#include <utility>
 
 #include "common/error.h"
 #include "common/text.h"
@@ -76,7 +77,7 @@ std::string initialOf(std::string_view text) {
 
 class SqliteEngine final : public Engine, public SqliteWatch {
  public:
-  explicit SqliteEngine(const OpenOptions& options) : options_(options) { connectFile(); }
+  explicit SqliteEngine(OpenOptions options) : options_(std::move(options)) { connectFile(); }
 
   ~SqliteEngine() override = default;
   SqliteEngine(const SqliteEngine&) = delete;

@@ -93,12 +93,17 @@ struct Extreme {
   std::string text;
 };
 
+// What SQLite keeps of an aggregate while it runs: zeroed memory.
+struct ExtremeSlot {
+  Extreme* extreme;
+};
+
 Extreme* extremeOf(sqlite3_context* context, bool create) {
-  auto** slot = static_cast<Extreme**>(
-      sqlite3_aggregate_context(context, create ? static_cast<int>(sizeof(Extreme*)) : 0));
+  auto* slot = static_cast<ExtremeSlot*>(
+      sqlite3_aggregate_context(context, create ? static_cast<int>(sizeof(ExtremeSlot)) : 0));
   if (slot == nullptr) return nullptr;
-  if (*slot == nullptr && create) *slot = new Extreme;
-  return *slot;
+  if (slot->extreme == nullptr && create) slot->extreme = new Extreme;
+  return slot->extreme;
 }
 
 template <bool Greatest>
