@@ -1,5 +1,10 @@
 #include "common/like.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+
+#include "common/text.h"
 #include "common/text_key.h"
 
 namespace kv {
@@ -140,6 +145,41 @@ bool LikePattern::matchesFolded(std::string_view folded) const {
       anyAt = at = found;
     }
   }
+}
+
+std::string LikePattern::expression() const {
+  // Without an anchor at an end that may be any text, engines search instead of matching.
+  const bool openStart = !elements_.empty() && elements_.front().kind == Kind::Any;
+  const bool openEnd = !elements_.empty() && elements_.back().kind == Kind::Any;
+  std::string out = openStart ? "" : "^";
+  for (std::size_t i = 0; i < elements_.size(); ++i) {
+    const Element& e = elements_[i];
+    switch (e.kind) {
+      case Kind::Any:
+        if (i > 0 && i + 1 < elements_.size()) out += ".*";
+        break;
+      case Kind::One: out += '.'; break;
+      case Kind::Literal:
+        for (const char c : e.literal) {
+          if (isAscii({&c, 1}) && !isAsciiLetter(c) && !isDigit(c)) out += '\\';
+          out += c;
+        }
+        break;
+      case Kind::List: {
+        std::string ranges;
+        for (const auto& range : e.ranges)
+          if (range.low <= range.high)
+            ranges += fmt::format("\\U{:08X}-\\U{:08X}", static_cast<std::uint32_t>(range.low),
+                                  static_cast<std::uint32_t>(range.high));
+        if (!ranges.empty())
+          out += (e.negated ? "[^" : "[") + ranges + "]";
+        else
+          out += e.negated ? "." : "(?!.).";  // outside nothing, or never
+        break;
+      }
+    }
+  }
+  return openEnd ? out : out + "$";
 }
 
 }  // namespace kv

@@ -23,6 +23,9 @@ class LikePattern {
   [[nodiscard]] bool matches(std::string_view text) const;
   // As matches, for text that is folded already.
   [[nodiscard]] bool matchesFolded(std::string_view folded) const;
+  // The same pattern as a regular expression for folded text, in the syntax of PostgreSQL (an
+  // advanced one: \Uxxxxxxxx for a character, look-ahead).
+  [[nodiscard]] std::string expression() const;
 
  private:
   enum class Kind { Literal, One, Any, List };

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "common/convert.h"
+#include "common/like.h"
 #include "common/text.h"
 #include "common/text_key.h"
 #include "kvdata/jet/emitted.h"
@@ -32,6 +33,19 @@ double number(const Literal& literal, std::string_view statement) {
       break;
   }
   fail(kMismatch, kTypeMismatch, statement, literal.range);
+}
+
+// A literal that goes where text is wanted.
+std::string plainText(const Literal& literal, double sign = 1) {
+  switch (literal.kind) {
+    case LiteralKind::Text: return std::get<std::string>(literal.value);
+    case LiteralKind::Whole:
+      return std::to_string(static_cast<std::int64_t>(sign) *
+                            std::get<std::int64_t>(literal.value));
+    case LiteralKind::Real: return numberText(sign * std::get<double>(literal.value));
+    case LiteralKind::Date: return dateText(std::get<Date>(literal.value));
+  }
+  return {};
 }
 
 SqlValue assigned(const ColumnInfo& column, const Literal& literal, double sign,
@@ -65,16 +79,7 @@ SqlValue assigned(const ColumnInfo& column, const Literal& literal, double sign,
     case ColumnType::Text:
     case ColumnType::Memo: break;
   }
-  std::string text;
-  switch (literal.kind) {
-    case LiteralKind::Text: text = std::get<std::string>(literal.value); break;
-    case LiteralKind::Whole:
-      text =
-          std::to_string(static_cast<std::int64_t>(sign) * std::get<std::int64_t>(literal.value));
-      break;
-    case LiteralKind::Real: text = numberText(sign * std::get<double>(literal.value)); break;
-    case LiteralKind::Date: text = dateText(std::get<Date>(literal.value)); break;
-  }
+  std::string text = plainText(literal, sign);
   if (column.type == ColumnType::Text &&
       characterCount(text) > static_cast<std::size_t>(column.size))
     fail(kEngineFailure, fmt::format("{} {}.", kFieldTooSmall, column.name), statement,
@@ -111,6 +116,7 @@ SqlValue boundValue(const ParamUse& use, const std::vector<Literal>& literals,
       std::string key = orderKey(std::get<std::string>(literal->value));
       return key.substr(0, key.find('\0'));
     }
+    case ParamUse::Form::Pattern: return LikePattern(plainText(*literal)).expression();
     case ParamUse::Form::Assign:
       return assigned(*use.column, *literal, use.negative ? -1 : 1, statement);
   }

@@ -6,6 +6,7 @@ namespace kv::jet {
 
 const Dialect& dialectNamed(std::string_view name) {
   if (name == "sqlite") return sqliteDialect();
+  if (name == "postgres") return postgresDialect();
   raise(kInvalidCall, name);
 }
 

@@ -18,6 +18,7 @@ struct ParamUse {
     Fold,       // the fold key of a text
     Order,      // the whole order key of a text
     OrderBase,  // the first part of the order key of a text
+    Pattern,    // a Like pattern as a regular expression over fold keys
     Assign,     // the value as `column` stores it
   };
   Form form = Form::Plain;

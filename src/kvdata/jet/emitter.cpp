@@ -75,10 +75,39 @@ class Writer {
       const auto& p = params_[i];
       if (p.form == use.form && p.literal == use.literal && p.other == use.other &&
           p.greater == use.greater && p.negative == use.negative && p.column == use.column)
-        return d_.parameter(firstParam_ + static_cast<int>(i));
+        return d_.parameter(firstParam_ + static_cast<int>(i), kindOf(use));
     }
     params_.push_back(use);
-    return d_.parameter(firstParam_ + static_cast<int>(params_.size()) - 1);
+    return d_.parameter(firstParam_ + static_cast<int>(params_.size()) - 1, kindOf(use));
+  }
+
+  ValueKind kindOf(const ParamUse& use) const {
+    if (use.form == ParamUse::Form::Assign) {
+      switch (use.column->type) {
+        case ColumnType::Boolean:
+        case ColumnType::Int16:
+        case ColumnType::Int32: return ValueKind::Whole;
+        case ColumnType::Single:
+        case ColumnType::Double: return ValueKind::Real;
+        case ColumnType::Date: return ValueKind::Date;
+        case ColumnType::Text:
+        case ColumnType::Memo: break;
+      }
+      return ValueKind::Text;
+    }
+    if (use.form != ParamUse::Form::Plain) return ValueKind::Text;
+    const auto kind = [&](int literal) {
+      return literals_[static_cast<std::size_t>(literal)].kind;
+    };
+    switch (kind(use.literal)) {
+      case LiteralKind::Text: return ValueKind::Text;
+      case LiteralKind::Date: return ValueKind::Date;
+      case LiteralKind::Real: return ValueKind::Real;
+      case LiteralKind::Whole: break;
+    }
+    // The greater or lesser of two numbers may be either of them.
+    return use.other >= 0 && kind(use.other) == LiteralKind::Real ? ValueKind::Real
+                                                                  : ValueKind::Whole;
   }
 
   std::string literal(const ParamUse& use) {
@@ -97,7 +126,8 @@ class Writer {
     const auto& t = scope_[static_cast<std::size_t>(table)];
     const auto& c = t.info->columns[static_cast<std::size_t>(column)];
     if (c.stands.empty()) return quotedName(t.name) + "." + quotedName(c.name);
-    return d_.convert(quotedName(t.name) + "." + quotedName(c.stands), c.type);
+    const auto& stored = t.info->columns[*t.info->find(c.stands)];
+    return d_.convert(quotedName(t.name) + "." + quotedName(stored.name), stored.type, c.type);
   }
 
   std::string key(int table) const {
@@ -145,15 +175,22 @@ class Writer {
   // Parameters are numbered as they are written, so the left side is written first: arguments of
   // one call could be evaluated in any order.
   std::pair<std::string, std::string> values(const Expr& e) {
-    std::string left = value(*e.args[0]);
-    std::string right = value(*e.args[1]);
+    std::string left = operand(*e.args[0]);
+    std::string right = operand(*e.args[1]);
     return {std::move(left), std::move(right)};
+  }
+
+  std::string operand(const Expr& e) {
+    std::string sql = value(e);
+    const bool bare = e.kind == ExprKind::Column || e.kind == ExprKind::Function;
+    return bare && e.type ? d_.operand(sql, *e.type) : sql;
   }
 
   std::string aggregate(const Expr& e) {
     const auto groups = std::move(groups_);  // inside an aggregate rows are themselves
     groups_.clear();
-    std::string argument = e.flag ? "*" : value(*e.args[0]);
+    const bool sums = e.aggregate == Aggregate::Sum || e.aggregate == Aggregate::Avg;
+    std::string argument = e.flag ? "*" : sums ? operand(*e.args[0]) : value(*e.args[0]);
     groups_ = groups;
     switch (e.aggregate) {
       case Aggregate::Count: return "COUNT(" + argument + ")";
@@ -289,9 +326,13 @@ class Writer {
 
   std::string like(const Expr& e) {
     std::string text = value(*e.args[0]);
-    if (e.args[0]->type && !isText(*e.args[0])) text = d_.convert(text, ColumnType::Text);
-    const std::string pattern = value(*e.args[1]);
-    std::string out = d_.like(text, pattern);
+    if (e.args[0]->type && !isText(*e.args[0]))
+      text = d_.convert(text, *e.args[0]->type, ColumnType::Text);
+    const Expr& pattern = *e.args[1];
+    std::string out =
+        pattern.kind == ExprKind::Literal
+            ? d_.likeLiteral(text, literal({.form = d_.patternForm(), .literal = pattern.literal}))
+            : d_.like(text, value(pattern));
     return e.negated ? "(NOT " + out + ")" : out;
   }
 
@@ -559,7 +600,7 @@ class Writer {
       out += fmt::format(" LEFT JOIN {} AS {} ON {} = k.k{}", quotedName(t.info->name),
                          quotedName(t.name), key(s.named[i]), i + 1);
     }
-    return out;
+    return out + d_.inKeyListOrder();
   }
 
   // ---- values to be stored ----
@@ -579,7 +620,7 @@ class Writer {
     if (e.type == column.type && e.kind != ExprKind::Binary) return sql;
     if (isText(e) && isTextType(column.type)) return sql;
     if (column.type == ColumnType::Double && isNumber(e)) return sql;
-    return d_.convert(sql, column.type);
+    return d_.convert(sql, *e.type, column.type);
   }
 
  private:
@@ -645,7 +686,12 @@ SqlText emitInsert(const BoundStatement& bound, const std::vector<Literal>& lite
       converted = converted || !asIs;
       const auto name = quotedName(fmt::format("c{}", i));
       const auto& storedColumn = c.stands.empty() ? c : table.columns[*table.find(c.stands)];
-      list.push_back(asIs ? name : dialect.convert(name, storedColumn.type));
+      if (asIs)
+        list.push_back(name);
+      else if (o.expr->type)
+        list.push_back(dialect.convert(name, *o.expr->type, storedColumn.type));
+      else  // nothing but Null
+        list.push_back(storedColumn.type == ColumnType::Boolean ? "0" : "NULL");
     }
     if (converted) {
       std::string named;
@@ -761,6 +807,17 @@ std::string emitDeleteRow(const TableInfo& table, const Dialect& dialect) {
                      dialect.parameter(1));
 }
 
+std::string emitLockRows(const TableInfo& table, const ColumnInfo* column, const Dialect& dialect) {
+  if (dialect.forUpdate().empty()) return {};
+  std::string out = fmt::format("SELECT {} FROM {}", quotedName(table.key), quotedName(table.name));
+  if (column != nullptr)
+    out += fmt::format(" WHERE {} = {}",
+                       isTextType(column->type) ? dialect.fold(quotedName(column->name))
+                                                : quotedName(column->name),
+                       dialect.parameter(1));
+  return out + fmt::format(" ORDER BY {}", quotedName(table.key)) + dialect.forUpdate();
+}
+
 std::string emitRowExists(const TableInfo& table, const Dialect& dialect) {
   return fmt::format("SELECT 1 FROM {} WHERE {} = {}", quotedName(table.name),
                      quotedName(table.key), dialect.parameter(1));
@@ -790,7 +847,7 @@ std::string emitCopyTable(const TableInfo& from, const TableInfo& to, const Dial
     names.push_back(name);
     values.push_back(to.columns[i].type == from.columns[i].type
                          ? name
-                         : dialect.convert(name, to.columns[i].type));
+                         : dialect.convert(name, from.columns[i].type, to.columns[i].type));
   }
   return fmt::format("INSERT INTO {} ({}) SELECT {} FROM {} ORDER BY {}", quotedName(to.name),
                      joinTexts(names), joinTexts(values), quotedName(from.name),
@@ -816,13 +873,16 @@ std::vector<std::string> emitCreateIndexes(const TableInfo& table, const Dialect
           keys.push_back(text ? dialect.fold(quotedName(c)) : quotedName(c));
           break;
         case IndexInfo::Kind::Order:
-          for (auto& key : dialect.order(quotedName(c))) keys.push_back(std::move(key));
+          for (auto& key : dialect.order(quotedName(c)))
+            keys.push_back(std::move(key) + dialect.direction(false));
           break;
         case IndexInfo::Kind::Plain: keys.push_back(quotedName(c)); break;
       }
     }
-    out.push_back(fmt::format("CREATE INDEX {} ON {} ({})", quotedName(name),
-                              quotedName(table.name), joinTexts(keys)));
+    const bool order = index.kind == IndexInfo::Kind::Order;
+    out.push_back(fmt::format("CREATE INDEX {} ON {} ({}{})", quotedName(name),
+                              quotedName(table.name), joinTexts(keys),
+                              order ? dialect.orderIndexTail(table) : std::string()));
   }
   return out;
 }

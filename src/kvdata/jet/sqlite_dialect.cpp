@@ -12,6 +12,8 @@ class SqliteDialect final : public Dialect {
  public:
   std::string parameter(int n) const override { return fmt::format("?{}", n); }
 
+  std::string parameter(int n, ValueKind) const override { return parameter(n); }
+
   std::string text(std::string_view value) const override {
     if (value.find('\0') == std::string_view::npos) return "'" + doubledQuotes(value) + "'";
     // Order keys hold a zero byte, which a statement's text cannot.
@@ -27,6 +29,10 @@ class SqliteDialect final : public Dialect {
     return {"kv_order(" + sql + ")"};
   }
   std::vector<ParamUse::Form> orderForms() const override { return {ParamUse::Form::Order}; }
+  ParamUse::Form patternForm() const override { return ParamUse::Form::Plain; }
+  std::string likeLiteral(const std::string& value, const std::string& pattern) const override {
+    return like(value, pattern);
+  }
   std::string like(const std::string& value, const std::string& pattern) const override {
     return fmt::format("kv_like({}, {})", value, pattern);
   }
@@ -36,13 +42,16 @@ class SqliteDialect final : public Dialect {
   std::string anySpelling(const std::string& sql) const override { return "min(" + sql + ")"; }
 
   std::string stored(const std::string& condition) const override { return "-(" + condition + ")"; }
+  std::string operand(const std::string& sql, ColumnType) const override { return sql; }
   std::string dayCount(const std::string& sql) const override { return "kv_days(" + sql + ")"; }
-  std::string convert(const std::string& sql, ColumnType to) const override {
+  std::string convert(const std::string& sql, ColumnType, ColumnType to) const override {
     return fmt::format("kv_convert({}, '{}')", sql, typeName(to));
   }
   std::string direction(bool descending) const override { return descending ? " DESC" : ""; }
 
   std::string keyList(std::size_t) const override { return "kv_keys(?1) AS k"; }
+  std::string inKeyListOrder() const override { return {}; }
+  std::string forUpdate() const override { return {}; }
 
   std::string columnDefinition(const ColumnInfo& c) const override {
     const std::string name = quotedName(c.name);
@@ -75,6 +84,8 @@ class SqliteDialect final : public Dialect {
   std::string hiddenKeyDefinition(const std::string& name) const override {
     return quotedName(name) + " INTEGER PRIMARY KEY AUTOINCREMENT";
   }
+
+  std::string orderIndexTail(const TableInfo&) const override { return {}; }
 };
 
 }  // namespace

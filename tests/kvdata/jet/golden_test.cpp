@@ -42,6 +42,7 @@ std::string describeParam(const ParamUse& use) {
     case ParamUse::Form::Fold: out += " folded"; break;
     case ParamUse::Form::Order: out += " as order key"; break;
     case ParamUse::Form::OrderBase: out += " as order base"; break;
+    case ParamUse::Form::Pattern: out += " as expression"; break;
     case ParamUse::Form::Assign: out += " for " + use.column->name; break;
   }
   return out;
