@@ -126,7 +126,7 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
                                        const std::string& user4, const std::string& Notes,
                                        bool Secured, bool Controlled, const std::string& location,
                                        const Ref<Recordset>& rs) {
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", id);
   const auto row = find(id, rs, kSaveErrors);
   setFieldOrNull(*row, "DocumentTitle", title);
   setFieldOrNull(*row, "DocumentNumber", number);
@@ -162,7 +162,7 @@ Variant clsVeskDocument::IDValue(std::int32_t id, const std::string& FieldName) 
 
 void clsVeskDocument::SetValue(const std::string& docid, const std::string& FieldName,
                                const Variant& Value) {
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", docid);
   const auto row =
       dataServer_->open("Select * From Documents Where DocumentID = '" + inQuotes(docid) + "'");
   if (row->RecordCount() > 0) {
@@ -182,7 +182,7 @@ bool clsVeskDocument::HasCurrentRevision(const std::string& DocumentID) {
 
 void clsVeskDocument::MakeUnControlled(const std::string& docid) {
   const std::string id = inQuotes(docid);
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", docid);
   dataServer_->execute("Delete * From ManualContents Where DocumentID = '" + id + "'");
   dataServer_->execute("Delete * From Personals Where DocumentID = '" + id + "' And HardCopy <> 0");
   dataServer_->execute("Delete * From Routing Where DocumentID = '" + id + "'");
@@ -193,7 +193,7 @@ void clsVeskDocument::MakeUnControlled(const std::string& docid) {
 
 void clsVeskDocument::Delete(const std::string& id, bool DeleteFromDocTable) {
   const std::string of = " Where DocumentID = '" + inQuotes(id) + "'";
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", id);
   const auto step = [&](const std::string& sql) {
     operation.keep([&] { dataServer_->execute(sql); });
   };

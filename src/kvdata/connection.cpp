@@ -64,7 +64,8 @@ void kvConnection::Close() {
 }
 
 void kvConnection::BeginTrans() {
-  transactions_.push_back(std::make_unique<Transaction>(*database_, engine::Access::Write));
+  transactions_.push_back(
+      std::make_unique<Transaction>(*database_, engine::Access::Write, Transaction::For::Client));
 }
 
 void kvConnection::CommitTrans() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <string_view>
 #include <utility>
 
 #include "kvdata/connection.h"
@@ -11,9 +12,14 @@ namespace kv {
 
 class Operation {
  public:
-  // Takes the write lock, so that what is tested afterwards still holds when it is written.
-  explicit Operation(const Ref<kvConnection>& connection)
-      : database_(*connection->database()), transaction_(database_, engine::Access::Write) {}
+  // What is tested afterwards still holds when it is written: a file is locked as a whole for its
+  // one writer. On a server many write at a time, and an operation names the rows that it decides
+  // about: those in which `column` has `value`, or all of a table that has one. They are locked
+  // first.
+  explicit Operation(const Ref<kvConnection>& connection);
+  Operation(const Ref<kvConnection>& connection, std::string_view table);
+  Operation(const Ref<kvConnection>& connection, std::string_view table, std::string_view column,
+            const SqlValue& value);
 
   // Without it everything is undone at the end of the scope.
   void commit() { transaction_.commit(); }
@@ -33,6 +39,8 @@ class Operation {
   }
 
  private:
+  void lock(std::string_view table, std::string_view column, const SqlValue& value);
+
   Database& database_;
   Transaction transaction_;
 };

@@ -80,7 +80,8 @@ void clsVeskRevision::SaveData(std::int32_t RevisionID, const std::string& Revis
     throw Error(kNoFile, "Revision.SaveData",
                 "No File Found at present location.  To save this revision data a valide file "
                 "location is required.");
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "Revisions", "RevisionID",
+                      std::int64_t{RevisionID});
   const auto row =
       dataServer_->open("Select * from Revisions Where RevisionID = " + std::to_string(RevisionID));
   if (row->RecordCount() > 0) {

@@ -71,7 +71,7 @@ bool clsVesk::AppOption(std::int16_t opt, std::int16_t nOpt) const {
 
 void clsVesk::SetOwnerAccess(std::int16_t Access, bool Setting) {
   const auto config = dataServer_->Config();
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "VeskConfig");
   config->Store(kOwnerRightsKey,
                 withSetting(joinText(config->Value(kOwnerRightsKey)), Access, Setting));
   operation.commit();
@@ -79,7 +79,7 @@ void clsVesk::SetOwnerAccess(std::int16_t Access, bool Setting) {
 
 void clsVesk::SetUserOption(std::int16_t opt, bool Setting) {
   const auto profile = dataServer_->Profile();
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "VeskProfiles", "UserID", profile->UserID());
   profile->Store(kUserOptionsKey,
                  withSetting(joinText(profile->Value(kUserOptionsKey)), opt, Setting));
   operation.commit();
@@ -87,7 +87,7 @@ void clsVesk::SetUserOption(std::int16_t opt, bool Setting) {
 
 void clsVesk::SetAppOption(std::int16_t opt, bool Setting) {
   const auto config = dataServer_->Config();
-  Operation operation(dataServer_->Connection());
+  Operation operation(dataServer_->Connection(), "VeskConfig");
   std::string options = joinText(config->Value(kProgramOptionsKey));
   const auto length = characterCount(options);
   if (length < kApplicationOptions) options.append(kApplicationOptions - length, '0');

@@ -88,8 +88,9 @@ TEST_F(ConnectionTest, ClosingUndoesAnOpenTransaction) {
 
 TEST_F(ConnectionTest, AWriterWaitsForAnotherAndThenSaysSo) {
   const auto other = reg_.openAnother("Lock Timeout=0.05;");
+  reg_.execute("Insert Into Keywords Values ('a', '0')");
   reg_.connection()->BeginTrans();
-  reg_.execute("Insert Into Keywords Values ('a', '1')");
+  reg_.execute("Update Keywords Set Keyword = '1'");
   std::int32_t affected = 0;
   const auto error = test::errorOf([&] { other->Execute("Delete * From Keywords", affected); });
   ASSERT_TRUE(error);

@@ -3,6 +3,7 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/schema/create_register.h"
+#include "support/test_server.h"
 
 namespace kv {
 void PrintTo(const Variant& value, std::ostream* out) {
@@ -28,8 +29,16 @@ const std::string& templateFile() {
 }  // namespace
 
 TestRegister::TestRegister() : path_(folder_.file("register.kvv")) {
-  std::filesystem::copy_file(templateFile(), path_);
+  if (TestServer::isGiven())
+    path_ = TestServer::newRegister();
+  else
+    std::filesystem::copy_file(templateFile(), path_);
   connection_ = kvConnection::open(path_);
+}
+
+TestRegister::~TestRegister() {
+  connection_->Close();
+  if (TestServer::isGiven()) TestServer::drop(path_);
 }
 
 Ref<kvConnection> TestRegister::openAnother(const std::string& settings) const {

@@ -24,7 +24,13 @@ inline constexpr PasswordCost kCheapPasswords{.memoryKiB = 8, .passes = 1};
 // goes with it.
 class TestRegister {
  public:
+  // A file, or where the tests are run on a server a database there; path() says where.
   TestRegister();
+  ~TestRegister();
+  TestRegister(const TestRegister&) = delete;
+  TestRegister& operator=(const TestRegister&) = delete;
+  TestRegister(TestRegister&&) = delete;
+  TestRegister& operator=(TestRegister&&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
   [[nodiscard]] const TempFolder& folder() const { return folder_; }

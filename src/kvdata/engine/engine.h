@@ -101,6 +101,12 @@ class Engine {
   // returns the first. Inside a transaction it is undone with it.
   [[nodiscard]] virtual std::int64_t reserveCounter(const TableInfo& table, std::int64_t count) = 0;
 
+  // Rows were added with numbers of their own: the counter goes on above the highest.
+  virtual void countAbove(const TableInfo& table) = 0;
+  // While it is on, a statement that fails in a transaction leaves the transaction as it was before
+  // that statement. Off, such a failure may end the transaction or the mark it stands in.
+  virtual void guardStatements(bool on) = 0;
+
   // A number that changes when another connection has changed the data.
   [[nodiscard]] virtual std::int64_t dataVersion() = 0;
 

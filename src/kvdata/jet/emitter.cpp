@@ -559,20 +559,53 @@ class Writer {
     } else {
       setGroups(all);
     }
-    const bool plain = s.grouped || shape.group.empty();
     shape.list = outputs(s);
+    if (s.grouped && !s.syntax->top) return distinctGroups(s, std::move(shape), all);
+    const bool plain = !s.grouped && shape.group.empty();
     shape.order = orderBy(s.order);
     for (const auto* e : all)
       if (!isConstant(*e)) append(shape.ties, *e, false);
-    if (plain && !shape.list.empty()) {
-      if (s.syntax->top) return assemble(s, std::move(shape));
+    if (plain && !shape.list.empty() && !s.syntax->top) {
       shape.list[0] = "DISTINCT " + shape.list[0];
-      if (shape.group.empty()) {
-        shape.order.clear();
-        shape.ties.clear();
-      }
+      shape.order.clear();
+      shape.ties.clear();
     }
     return assemble(s, std::move(shape));
+  }
+
+  // The rows that groups give, each once: grouped again around the groups, with what they are
+  // ordered by beside what they show.
+  std::string distinctGroups(const BoundSelect& s, Shape shape,
+                             const std::vector<const Expr*>& outputs) {
+    std::vector<std::string> keys;
+    std::vector<std::string> directions;
+    const auto orderBy = [&](const Expr& e, bool descending) {
+      for (auto& key : isText(e) ? order(e) : std::vector{value(e)}) {
+        if (std::find(keys.begin(), keys.end(), key) != keys.end()) continue;
+        keys.push_back(std::move(key));
+        directions.push_back(d_.direction(descending));
+      }
+    };
+    for (const auto& o : s.order) orderBy(*o.expr, o.descending);
+    for (const auto* e : outputs)
+      if (!isConstant(*e)) orderBy(*e, false);
+    std::vector<std::string> shown;
+    std::vector<std::string> grouped;
+    std::vector<std::string> ordered;
+    for (std::size_t i = 0; i < shape.list.size(); ++i) {
+      shown.push_back(fmt::format("c{}", i));
+      shape.list[i] += " AS " + shown.back();
+    }
+    grouped = shown;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      grouped.push_back(fmt::format("o{}", i));
+      ordered.push_back(grouped.back() + directions[i]);
+      shape.list.push_back(keys[i] + " AS " + grouped.back());
+    }
+    std::string out = fmt::format("SELECT {} FROM ({}) AS kv_groups GROUP BY {}", joinTexts(shown),
+                                  assemble(s, std::move(shape)), joinTexts(grouped));
+    if (!ordered.empty()) out += " ORDER BY " + joinTexts(ordered);
+    return out;
   }
 
   std::string keysOnly(const BoundSelect& s) {

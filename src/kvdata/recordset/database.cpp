@@ -1,5 +1,6 @@
 #include "kvdata/recordset/database.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "common/error.h"
@@ -118,20 +119,37 @@ std::int64_t Database::execute(const PreparedStatement& statement) {
   auto& run = ready(statement, shape.whole, shape.emitted.whole);
   // Whatever becomes of it: a failed statement may have ended the transaction it ran in.
   wrote();
-  return run.run();
+  const auto& bound = shape.bound;
+  const bool numbered =
+      bound.insertTable != nullptr &&
+      std::any_of(bound.insertColumns.begin(), bound.insertColumns.end(), [&](int column) {
+        return bound.insertTable->columns[static_cast<std::size_t>(column)].counter;
+      });
+  const auto affected = run.run();
+  if (numbered) engine().countAbove(*bound.insertTable);
+  return affected;
 }
 
 std::int64_t Database::execute(std::string_view text) { return execute(prepare(text)); }
 
 // ---- Transaction ----
 
-Transaction::Transaction(Database& database, engine::Access access)
+// Reading levels change nothing about what a failure may undo.
+void Database::guardStatements() noexcept {
+  if (!engine_) return;
+  const auto writing = std::find_if(levels_.rbegin(), levels_.rend(), [](const Level& level) {
+    return level.access == engine::Access::Write;
+  });
+  engine_->guardStatements(writing != levels_.rend() && writing->client);
+}
+
+Transaction::Transaction(Database& database, engine::Access access, For whom)
     : database_(database), level_(static_cast<int>(database.levels_.size())) {
   auto& engine = database_.engine();
   const bool open = database_.opener_ >= 0;
   const bool openForWriting =
-      open &&
-      database_.levels_[static_cast<std::size_t>(database_.opener_)] == engine::Access::Write;
+      open && database_.levels_[static_cast<std::size_t>(database_.opener_)].access ==
+                  engine::Access::Write;
   if (access == engine::Access::Write && open && !openForWriting) {
     engine.commit();
     database_.opener_ = -1;
@@ -144,7 +162,8 @@ Transaction::Transaction(Database& database, engine::Access access)
     engine.savepoint(level_);
     marked_ = true;
   }
-  database_.levels_.push_back(access);
+  database_.levels_.push_back({access, whom == For::Client});
+  database_.guardStatements();
 }
 
 Transaction::~Transaction() {
@@ -156,7 +175,7 @@ Transaction::~Transaction() {
   auto& engine = database_.engine();
   if (opened_ && database_.opener_ == level_) {
     engine.rollback();
-    if (database_.levels_[static_cast<std::size_t>(level_)] == engine::Access::Write)
+    if (database_.levels_[static_cast<std::size_t>(level_)].access == engine::Access::Write)
       database_.wrote();
   } else if (marked_) {
     database_.wrote();
@@ -189,6 +208,7 @@ void Transaction::commit() {
 void Transaction::leave() noexcept {
   if (database_.opener_ == level_) database_.opener_ = -1;
   database_.levels_.pop_back();
+  database_.guardStatements();
 }
 
 }  // namespace kv

@@ -130,8 +130,14 @@ class Database {
   std::unordered_map<std::string_view, std::list<Entry>::iterator> byKey_;
   std::list<RowEntry> rowStatements_;
   std::unordered_map<std::string_view, std::list<RowEntry>::iterator> byRowSql_;
+  struct Level {
+    engine::Access access;
+    bool client;  // begun by a client, who may go on after a statement in it has failed
+  };
+  void guardStatements() noexcept;
+
   // Open transactions, outermost first.
-  std::vector<engine::Access> levels_;
+  std::vector<Level> levels_;
   int opener_ = -1;  // the level that opened the engine's transaction; -1 when none is open
 };
 
@@ -141,9 +147,13 @@ class Database {
 // Write takes the write lock before anything is tested. A Write below a Read ends the Read's
 // snapshot first: a snapshot that somebody has written behind could not be written from, however
 // long one waited.
+// In a transaction of a client's a statement that fails has done nothing, and the transaction goes
+// on. In others a failure ends it, or the mark it stands in.
 class Transaction {
  public:
-  Transaction(Database& database, engine::Access access);
+  enum class For : std::uint8_t { Library, Client };
+
+  Transaction(Database& database, engine::Access access, For whom = For::Library);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;

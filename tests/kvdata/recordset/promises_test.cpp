@@ -4,6 +4,7 @@
 
 #include "common/convert.h"
 #include "support/error_check.h"
+#include "support/engine_answers.h"
 #include "support/test_register.h"
 
 namespace kv {
@@ -411,7 +412,7 @@ TEST_F(RecordSet, ACounterTakenInATransactionGoesWithIt) {
   rs->CancelUpdate();
   reg_.connection()->RollbackTrans();
   rs->AddNew();
-  EXPECT_EQ(rs->Fields("ID")->Value(), Variant(1));
+  EXPECT_EQ(rs->Fields("ID")->Value(), Variant(test::countersGoBack() ? 1 : 2));
   rs->CancelUpdate();
 }
 
