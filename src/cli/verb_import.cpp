@@ -14,12 +14,8 @@ namespace {
 
 void show(const ImportReport& report) {
   std::vector<std::vector<std::string>> rows;
-  for (const auto& [file, count] : report.read) {
-    std::size_t refused = 0;
-    for (const auto& problem : report.problems)
-      if (problem.file == file && problem.record > 0) ++refused;
-    rows.push_back({file + ".csv", std::to_string(count), std::to_string(refused)});
-  }
+  for (const auto& [file, count] : report.read)
+    rows.push_back({file + ".csv", std::to_string(count), std::to_string(report.refused(file))});
   writeTable(std::cout, {"File", "Rows read", "Refused"}, rows);
   if (report.problems.empty()) {
     rows.clear();

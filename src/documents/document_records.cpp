@@ -88,7 +88,7 @@ std::string clsVeskDocument::Add(const std::string& UserID, const std::string& t
   Operation operation(dataServer_->Connection());
   const auto row = rs ? rs : Records(0, {}, "Select * From Documents Where ID = -1");
   Addition addition(row);
-  const std::string documentId = UserID + stampText(now());
+  std::string documentId = UserID + stampText(now());
   setFieldOrNull(*row, "DocumentID", documentId);
   setFieldOrNull(*row, "DocumentTitle", title);
   setFieldOrNull(*row, "DocumentNumber", number);

@@ -12,6 +12,7 @@
 namespace kv {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 const std::map<std::string, std::string> kFiles = {
@@ -76,6 +77,19 @@ class Import : public testing::Test {
     EXPECT_EQ(reg_.value("Select User00 From UserConfig"), "~");
     if (report.problems.empty()) return "accepted";
     const auto& p = report.problems[0];
+    return shown(p);
+  }
+  // Every reason for which the changed files are refused.
+  std::vector<std::string> refusals(const std::map<std::string, std::string>& changed) {
+    setFiles(changed);
+    const auto report = import();
+    EXPECT_TRUE(report.written.empty());
+    EXPECT_EQ(reg_.value("Select Count(*) From Users"), "0") << "nothing is written";
+    std::vector<std::string> out;
+    for (const auto& problem : report.problems) out.push_back(shown(problem));
+    return out;
+  }
+  static std::string shown(const cli::Problem& p) {
     return p.file + " " + std::to_string(p.record) + ": " + p.reason;
   }
   static std::string with(const std::string& file, const std::string& from, const std::string& to) {
@@ -226,6 +240,129 @@ TEST_F(Import, RefusesWhatIsWrong) {
             "users 2: The field is too small to accept the amount of data you a");
 }
 
+TEST_F(Import, AUserMustBeNamedInEveryList) {
+  EXPECT_THAT(refusals({{"owners", with("owners", "1,user1", "1,")}}),
+              ElementsAre("owners 2: user_id is empty"));
+  EXPECT_THAT(refusals({{"approvers", with("approvers", "user2", "")}}),
+              ElementsAre("approvers 2: user_id is empty"));
+  EXPECT_THAT(refusals({{"approvals", with("approvals", "1,user2", "1,")}}),
+              ElementsAre("approvals 2: user_id is empty"));
+  EXPECT_THAT(refusals({{"copies", with("copies", "user2,M1", ",M1")}}),
+              ElementsAre("copies 2: user_id is empty"));
+  EXPECT_THAT(refusals({{"copies", with("copies", "user1,,D7", ",,D7")}}),
+              ElementsAre("copies 3: user_id is empty"));
+  EXPECT_THAT(refusals({{"documents", with("documents", ":09Z,user1", ":09Z,")}}),
+              ElementsAre("documents 2: recorded_by is empty"));
+}
+
+TEST_F(Import, AnUnknownHolderOfAManualIsReportedOnce) {
+  EXPECT_THAT(refusals({{"copies", with("copies", "user2,M1", "user9,M1")}}),
+              ElementsAre("copies 2: there is no user 'user9' (user_id)"));
+}
+
+TEST_F(Import, WorkgroupsMustExistWhereverTheyAreNamed) {
+  EXPECT_THAT(refusals({{"documents", with("documents", "Other,Quality", "Other,Nowhere")}}),
+              ElementsAre("documents 3: there is no workgroup 'Nowhere'"));
+  EXPECT_THAT(refusals({{"manuals", with("manuals", "Quality", "quality")}}),
+              ElementsAre("manuals 2: there is no workgroup 'quality'"));
+  setFiles({{"documents", with("documents", "Other,Quality", "Other,")},
+            {"manuals", with("manuals", "Quality", "")}});
+  EXPECT_TRUE(import().problems.empty()) << "none need be named";
+  EXPECT_EQ(reg_.value("Select DocUser1 From Documents Where ID = 7"), "~");
+}
+
+TEST_F(Import, ACurrentRevisionIsOneOfItsOwnControlledDocument) {
+  EXPECT_THAT(refusals({{"documents", with("documents", "R2", "R02")}}),
+              ElementsAre("documents 2: there is no revision 'R02'"));
+  EXPECT_THAT(refusals({{"revisions", with("revisions", "R2,D1", "R2,D7")},
+                        {"approvals",
+                         "revision_key,document_key,list_order,user_id,approval_"
+                         "status,approved_by,date_approved\r\n"}}),
+              ElementsAre("documents 2: revision 'R2' (current_revision) belongs to document "
+                          "'D7'"));
+  EXPECT_THAT(
+      refusals({{"documents", with("documents", "Uncontrolled,,,", "Uncontrolled,,R1,")}}),
+      ElementsAre("documents 3: the document is uncontrolled, yet 'R1' is its current_revision"));
+  EXPECT_THAT(refusals({{"revisions", with("revisions", "R2,D1", "R2,D9")}}),
+              ElementsAre("revisions 3: there is no document 'D9'"))
+      << "that its document has another is no second mistake";
+}
+
+TEST_F(Import, AnApprovalNamesTheDocumentOfItsRevisionOrNone) {
+  EXPECT_THAT(refusals({{"approvals", with("approvals", "D1,1", "D7,1")}}),
+              ElementsAre("approvals 2: revision 'R2' belongs to document 'D1', not to 'D7' "
+                          "(document_key)"));
+  EXPECT_THAT(refusals({{"approvals", with("approvals", "D1,1", "D9,1")}}),
+              ElementsAre("approvals 2: there is no document 'D9'"));
+  EXPECT_THAT(refusals({{"approvals", with("approvals", "R2,D1,2", ",D1,2")}}),
+              ElementsAre("approvals 3: there is no revision ''"));
+  setFiles({{"approvals", with("approvals", "D1,1", ",1")}});
+  EXPECT_TRUE(import().problems.empty());
+}
+
+TEST_F(Import, TheTurnIsOfTheFirstInTheListWhereverItStandsInTheFile) {
+  setFiles({{"approvals",
+             "revision_key,document_key,list_order,user_id,approval_status,approved_by,date_"
+             "approved\r\n"
+             "R2,D1,10,user1,0,,\r\nR2,D1,3,user2,0,,\r\nR2,D1,3,TBD,0,,\r\n"
+             "R2,D1,1,user1,1,user1,2001-02-20\r\nR1,D1,1,TBD,0,,\r\n"}});
+  ASSERT_TRUE(import().problems.empty());
+  EXPECT_EQ(reg_.rows("Select AssigneeID, DateOpened, DateClosed From Actions"),
+            (std::vector<std::string>{"User2|3/1/2001|~", "User1|2/20/2001|2/20/2001",
+                                      "TBD|1/1/2001|~"}));
+}
+
+TEST_F(Import, WhatFollowsFromAnUnreadableFileIsSaidOnce) {
+  EXPECT_THAT(refusals({{"documents", with("documents", ",title", ",name")}}),
+              ElementsAre("documents 1: the column 'title' is missing",
+                          "documents 0: it was not read, so what refers to it was not checked"));
+  EXPECT_THAT(refusals({{"users", with("users", "team", "\"team")},
+                        {"owners", with("owners", "D1", "D9")}}),
+              ElementsAre("users 3: a quotation mark is out of place",
+                          "users 0: it was not read, so what refers to it was not checked",
+                          "owners 2: there is no document 'D9'"))
+      << "other mistakes are told as ever";
+  EXPECT_THAT(refusals({{"owners", with("owners", "document_key", "document")}}),
+              ElementsAre("owners 1: the column 'document_key' is missing"))
+      << "nothing refers to owners";
+  for (const char* name : {"workgroups", "revisions", "manuals"})
+    EXPECT_THAT(refusals({{name, ""}}),
+                ElementsAre(std::string(name) + " 0: the file has no heading",
+                            std::string(name) +
+                                " 0: it was not read, so what refers to it was not checked"));
+}
+
+TEST_F(Import, WhatRefersToARefusedRowIsNotRefusedForThat) {
+  EXPECT_THAT(refusals({{"documents", with("documents", "2001-02-03T14:05:09Z", "recently")}}),
+              ElementsAre("documents 2: recorded is not a date and time"));
+  EXPECT_THAT(refusals({{"documents", with("documents", "Plan's", "Plan\xB4s")}}),
+              ElementsAre("documents 2: the field 'title' is not well-formed UTF-8"));
+  EXPECT_THAT(refusals({{"users", with("users", "Anna", "Anna,A.")},
+                        {"owners", with("owners", "user1", "user9")}}),
+              ElementsAre("users 2: it has 6 fields where the heading has 5",
+                          "owners 2: there is no user 'user9' (user_id)"));
+  EXPECT_THAT(refusals({{"workgroups", with("workgroups", "Quality,1,1", "Quality")}}),
+              ElementsAre("workgroups 2: it has 2 fields where the heading has 4"));
+  EXPECT_THAT(refusals({{"revisions", with("revisions", "R2", "R2,R3")}}),
+              ElementsAre("revisions 3: it has 16 fields where the heading has 15"));
+}
+
+TEST_F(Import, CountsRefusedRowsNotReasons) {
+  setFiles({{"copies", with("copies", "user2,M1,,hard", "user9,M9,,soft")},
+            {"users", with("users", "kind\r\n", "kind,kind\r\n")},
+            {"revisions", with("revisions", "\r\nR2", "\r\nR\"2")},
+            {"documents", with("documents", "title", "name")}});
+  const auto report = import();
+  EXPECT_EQ(report.refused("copies"), 1U) << "one row, for three reasons";
+  EXPECT_EQ(report.refused("users"), 2U) << "the heading is no row";
+  EXPECT_EQ(report.refused("documents"), 0U);
+  EXPECT_EQ(report.refused("revisions"), 1U);
+  EXPECT_EQ(report.refused("owners"), 0U);
+  const std::map<std::string, std::size_t> read(report.read.begin(), report.read.end());
+  EXPECT_EQ(read.at("revisions"), 2U) << "up to the broken one";
+  EXPECT_EQ(read.at("documents"), 0U);
+}
+
 TEST_F(Import, EveryFileMustBeThere) {
   for (const auto& [name, bytes] : kFiles) {
     setFiles({});
@@ -265,15 +402,17 @@ TEST_F(Import, TheProgramShowsWhatHappened) {
   EXPECT_EQ(good.err, "") << "no progress where there is no terminal";
   EXPECT_THAT(good.out, HasSubstr("documents.csv        2          0\n"));
   EXPECT_THAT(good.out, HasSubstr("Personals        3\n"));
-  setFiles(
-      {{"owners", with("owners", "user1", "user9")}, {"copies", with("copies", "hard", "soft")}});
+  setFiles({{"owners", with("owners", "user1", "user9")},
+            {"copies", with("copies", "M1,,hard", "M9,,soft")}});
   const auto bad = test::run({"import", folder_.path().string(), path, "-u", "Anna"});
   EXPECT_EQ(bad.code, 1);
   EXPECT_THAT(bad.out, HasSubstr("owners.csv           1          1\n"));
   EXPECT_EQ(bad.err,
             "owners.csv, record 2: there is no user 'user9' (user_id)\n"
+            "copies.csv, record 2: there is no manual 'M9'\n"
             "copies.csv, record 2: kind is neither hard nor virtual\n"
-            "nothing was imported: 2 problems\n");
+            "nothing was imported: 3 problems\n");
+  EXPECT_THAT(bad.out, HasSubstr("copies.csv           3          1\n"));
   EXPECT_EQ(
       test::run({"import", folder_.path().string(), path, "-u", "Anna", "--as-of", "soon"}).code,
       2);

@@ -26,7 +26,8 @@ struct CsvTable::Reading {
 };
 
 CsvTable::CsvTable(const std::string& folder, std::string name,
-                   const std::vector<std::string>& columns, std::vector<Problem>& problems)
+                   const std::vector<std::string>& columns, std::vector<Problem>& problems,
+                   const std::string& key)
     : name_(std::move(name)) {
   const auto path =
       std::filesystem::path(reinterpret_cast<const char8_t*>(folder.c_str())) / (name_ + ".csv");
@@ -36,11 +37,11 @@ CsvTable::CsvTable(const std::string& folder, std::string name,
     return;
   }
   const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  take(bytes, columns, problems);
+  take(bytes, columns, problems, key);
 }
 
 void CsvTable::take(const std::string& bytes, const std::vector<std::string>& columns,
-                    std::vector<Problem>& problems) {
+                    std::vector<Problem>& problems, const std::string& key) {
   std::string_view text = bytes;
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
@@ -55,6 +56,7 @@ void CsvTable::take(const std::string& bytes, const std::vector<std::string>& co
                     csv_fini(&parser, Reading::field, Reading::end, &reading) == 0;
   csv_free(&parser);
   if (!good) {
+    read_ = reading.records.size();
     problems.push_back({name_, reading.records.size() + 1, "a quotation mark is out of place"});
     return;
   }
@@ -73,13 +75,20 @@ void CsvTable::take(const std::string& bytes, const std::vector<std::string>& co
       complete = false;
     }
   if (!complete) return;
+  readable_ = true;
   read_ = reading.records.size() - 1;
+  const auto keyPlace = places_.find(key);
+  const auto leaveOut = [&](const std::vector<std::string>& record) {
+    if (keyPlace != places_.end() && keyPlace->second < record.size())
+      leftOut_.insert(record[keyPlace->second]);
+  };
   for (std::size_t r = 1; r < reading.records.size(); ++r) {
     auto& record = reading.records[r];
     if (record.size() != heading.size()) {
       problems.push_back({name_, r + 1,
                           fmt::format("it has {} fields where the heading has {}", record.size(),
                                       heading.size())});
+      leaveOut(record);
       continue;
     }
     bool storable = true;
@@ -89,7 +98,10 @@ void CsvTable::take(const std::string& bytes, const std::vector<std::string>& co
             {name_, r + 1, "the field '" + heading[i] + "' is not well-formed UTF-8"});
         storable = false;
       }
-    if (!storable) continue;
+    if (!storable) {
+      leaveOut(record);
+      continue;
+    }
     rows_.push_back(std::move(record));
     records_.push_back(r + 1);
   }

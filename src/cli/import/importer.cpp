@@ -49,19 +49,20 @@ Date nextSecond(Date date) { return Date::fromMilliseconds(date.milliseconds() +
 
 struct Importer::Files {
   explicit Files(const std::string& folder, std::vector<Problem>& p)
-      : users(folder, "users", {"user_id", "user_name", "workgroup", "title", "kind"}, p),
-        workgroups(folder, "workgroups", {"workgroup_id", "workgroup"}, p),
+      : users(folder, "users", {"user_id", "user_name", "workgroup", "title", "kind"}, p,
+              "user_id"),
+        workgroups(folder, "workgroups", {"workgroup_id", "workgroup"}, p, "workgroup"),
         documents(
             folder, "documents",
             {"document_key", "document_number", "title", "workgroup", "category", "controlled",
              "secured", "current_level", "effective_date", "current_revision", "location",
              "creation_date", "recorded", "recorded_by", "participating_groups", "notes"},
-            p),
+            p, "document_key"),
         revisions(folder, "revisions",
                   {"revision_key", "document_key", "level", "effective_date", "recorded",
                    "revision_status", "routing_status", "responsible_user", "reference",
                    "source_status", "change_description"},
-                  p),
+                  p, "revision_key"),
         owners(folder, "owners", {"document_key", "user_id"}, p),
         approvers(folder, "approvers", {"document_key", "list_order", "user_id"}, p),
         approvals(folder, "approvals",
@@ -71,7 +72,7 @@ struct Importer::Files {
         manuals(folder, "manuals",
                 {"manual_key", "manual_name", "workgroup", "owned_documents",
                  "participating_documents"},
-                p),
+                p, "manual_key"),
         contents(folder, "manual_contents", {"manual_key", "position", "document_key"}, p),
         copies(folder, "copies", {"user_id", "manual_key", "document_key", "kind", "copy_number"},
                p),
@@ -86,6 +87,13 @@ struct Importer::Files {
       copies, keywords;
 };
 
+std::size_t ImportReport::refused(const std::string& file) const {
+  std::set<std::size_t> records;
+  for (const auto& problem : problems)
+    if (problem.file == file && problem.record > 1) records.insert(problem.record);
+  return records.size();
+}
+
 Importer::Importer(Ref<kvConnection> connection, Date asOf, std::string userId,
                    ProgressCall progress)
     : connection_(std::move(connection)),
@@ -95,6 +103,7 @@ Importer::Importer(Ref<kvConnection> connection, Date asOf, std::string userId,
 
 ImportReport Importer::run(const std::string& folder) {
   const Files files(folder, report_.problems);
+  files_ = &files;
   for (const auto* file : files.all()) {
     report_.read.emplace_back(file->name(), file->read());
     all_ += file->rows();
@@ -167,27 +176,59 @@ std::string Importer::userOf(const CsvTable& file, std::size_t row, std::string_
   if (key.empty() || key == kToBeDecided) return key;
   const auto known = users_.find(key);
   if (known != users_.end()) return userIdOf(known->second);
-  report(file, row, fmt::format("there is no user '{}' ({})", key, column));
+  if (dangles(files_->users, key))
+    report(file, row, fmt::format("there is no user '{}' ({})", key, column));
   return {};
+}
+
+std::string Importer::requireUser(const CsvTable& file, std::size_t row, std::string_view column) {
+  if (file.at(row, column).empty()) report(file, row, fmt::format("{} is empty", column));
+  return userOf(file, row, column);
+}
+
+void Importer::requireWorkgroup(const CsvTable& file, std::size_t row) {
+  const std::string& name = file.at(row, "workgroup");
+  if (!name.empty() && !workgroups_.contains(name) && dangles(files_->workgroups, name))
+    report(file, row, "there is no workgroup '" + name + "'");
+}
+
+void Importer::requireManual(const CsvTable& file, std::size_t row) {
+  const std::string& key = file.at(row, "manual_key");
+  if ((key.empty() || !manuals_.contains(key)) && dangles(files_->manuals, key))
+    report(file, row, "there is no manual '" + key + "'");
 }
 
 const Importer::DocumentFacts* Importer::documentOf(const CsvTable& file, std::size_t row) {
   const std::string& key = file.at(row, "document_key");
   const auto known = documents_.find(key);
-  if (known != documents_.end()) return &known->second;
-  report(file, row, "there is no document '" + key + "'");
+  if (known != documents_.end() && !key.empty()) return &known->second;
+  if (dangles(files_->documents, key)) report(file, row, "there is no document '" + key + "'");
   return nullptr;
+}
+
+const Importer::RevisionFacts* Importer::revisionOf(const CsvTable& file, std::size_t row,
+                                                    std::string_view column) {
+  const std::string& key = file.at(row, column);
+  const auto known = revisions_.find(key);
+  if (known != revisions_.end() && !key.empty()) return &known->second;
+  if (dangles(files_->revisions, key)) report(file, row, "there is no revision '" + key + "'");
+  return nullptr;
+}
+
+bool Importer::dangles(const CsvTable& target, const std::string& key) {
+  if (key.empty()) return true;
+  if (target.readable()) return !target.leftOut(key);
+  if (unchecked_.insert(target.name()).second)
+    report_.problems.push_back(
+        {target.name(), 0, "it was not read, so what refers to it was not checked"});
+  return false;
 }
 
 void Importer::check(const Files& files) {
   checkUsers(files.users, files.workgroups);
   checkDocuments(files.documents);
   checkRevisions(files.revisions);
-  for (std::size_t r = 0; r < files.documents.rows(); ++r) {
-    const std::string& current = files.documents.at(r, "current_revision");
-    if (!current.empty() && !revisions_.contains(current))
-      report(files.documents, r, "there is no revision '" + current + "'");
-  }
+  checkCurrentRevisions(files.documents);
   checkManuals(files.manuals, files.copies);
   checkLinks(files);
 }
@@ -207,12 +248,11 @@ void Importer::checkUsers(const CsvTable& users, const CsvTable& workgroups) {
   for (std::size_t r = 0; r < users.rows(); ++r) {
     const auto number = keyNumber(users, r, "user_id");
     const std::string& key = users.at(r, "user_id");
-    if (number != 0 && (!users_.emplace(key, number).second || !numbers.insert(number).second))
+    const bool first = users_.emplace(key, number).second;
+    if (number != 0 && (!first || !numbers.insert(number).second))
       report(users, r, "the key '" + key + "' occurs twice");
     userNames_[userIdOf(number)] = users.at(r, "user_name");
-    const std::string& group = users.at(r, "workgroup");
-    if (!group.empty() && !workgroups_.contains(group))
-      report(users, r, "there is no workgroup '" + group + "'");
+    requireWorkgroup(users, r);
   }
 }
 
@@ -226,26 +266,21 @@ void Importer::checkDocuments(const CsvTable& documents) {
       report(documents, r, "the key '" + documents.at(r, "document_key") + "' occurs twice");
     facts.controlled = yesNo(documents, r, "controlled");
     (void)yesNo(documents, r, "secured");
+    requireWorkgroup(documents, r);
     requireDay(documents, r, "effective_date");
     facts.title = documents.at(r, "title");
     facts.location = documents.at(r, "location");
-    const std::string& current = documents.at(r, "current_revision");
-    if (!facts.controlled)
-      facts.currentRevision = 0;
-    else if (!current.empty())
-      facts.currentRevision = keyNumber(documents, r, "current_revision");
     // The identifier is made as for a new document: who brought it in, and when. Two of one second
     // get two seconds.
     const auto recorded = parseDate(documents.at(r, "recorded"));
-    const std::string user = userOf(documents, r, "recorded_by");
-    if (!recorded || user.empty()) {
-      if (!recorded) report(documents, r, "recorded is not a date and time");
-      if (documents.at(r, "recorded_by").empty()) report(documents, r, "recorded_by is empty");
-      continue;
+    const std::string user = requireUser(documents, r, "recorded_by");
+    if (!recorded) report(documents, r, "recorded is not a date and time");
+    if (recorded && !user.empty()) {
+      Date moment = *recorded;
+      while (!taken.insert(user + stampText(moment)).second) moment = nextSecond(moment);
+      facts.documentId = user + stampText(moment);
     }
-    Date moment = *recorded;
-    while (!taken.insert(user + stampText(moment)).second) moment = nextSecond(moment);
-    facts.documentId = user + stampText(moment);
+    // A refused document stays known, so that what refers to it is not refused for that.
     documents_.emplace(documents.at(r, "document_key"), std::move(facts));
   }
 }
@@ -256,7 +291,7 @@ void Importer::checkRevisions(const CsvTable& revisions) {
     const auto number = keyNumber(revisions, r, "revision_key");
     if (number != 0 && !numbers.insert(number).second)
       report(revisions, r, "the key '" + revisions.at(r, "revision_key") + "' occurs twice");
-    revisions_.emplace(revisions.at(r, "revision_key"), r);
+    revisions_.emplace(revisions.at(r, "revision_key"), RevisionFacts{r, number});
     (void)documentOf(revisions, r);
     requireDay(revisions, r, "effective_date");
     if (!parseDate(revisions.at(r, "recorded")))
@@ -267,19 +302,48 @@ void Importer::checkRevisions(const CsvTable& revisions) {
   }
 }
 
+void Importer::checkCurrentRevisions(const CsvTable& documents) {
+  for (std::size_t r = 0; r < documents.rows(); ++r) {
+    const std::string& key = documents.at(r, "document_key");
+    const std::string& current = documents.at(r, "current_revision");
+    DocumentFacts& facts = documents_[key];
+    if (documents.at(r, "controlled") == "no") {
+      facts.currentRevision = 0;
+      if (!current.empty())
+        report(
+            documents, r,
+            fmt::format("the document is uncontrolled, yet '{}' is its current_revision", current));
+      continue;
+    }
+    if (current.empty()) continue;
+    const RevisionFacts* revision = revisionOf(documents, r, "current_revision");
+    if (revision == nullptr) continue;
+    facts.currentRevision = revision->number;
+    const std::string& owner = files_->revisions.at(revision->row, "document_key");
+    if (owner != key && documents_.contains(owner))
+      report(
+          documents, r,
+          fmt::format("revision '{}' (current_revision) belongs to document '{}'", current, owner));
+  }
+}
+
 void Importer::checkManuals(const CsvTable& manuals, const CsvTable& copies) {
   std::map<std::string, std::string> firstHolder;
   for (std::size_t r = 0; r < copies.rows(); ++r) {
     const std::string& manual = copies.at(r, "manual_key");
-    if (!manual.empty()) firstHolder.emplace(manual, userOf(copies, r, "user_id"));
+    const std::string& user = copies.at(r, "user_id");
+    const auto known = users_.find(user);
+    // Who does not exist is reported with the copy.
+    if (!manual.empty())
+      firstHolder.emplace(manual, known == users_.end() ? user : userIdOf(known->second));
   }
   Date moment = asOf_;
   for (std::size_t r = 0; r < manuals.rows(); ++r) {
     const std::string& key = manuals.at(r, "manual_key");
     (void)keyNumber(manuals, r, "manual_key");
+    requireWorkgroup(manuals, r);
     const auto holder = firstHolder.find(key);
-    const std::string user =
-        holder == firstHolder.end() || holder->second.empty() ? userId_ : holder->second;
+    const std::string user = holder == firstHolder.end() ? userId_ : holder->second;
     if (!manuals_.emplace(key, user + stampText(moment)).second)
       report(manuals, r, "the key '" + key + "' occurs twice");
     moment = nextSecond(moment);
@@ -289,27 +353,14 @@ void Importer::checkManuals(const CsvTable& manuals, const CsvTable& copies) {
 void Importer::checkLinks(const Files& files) {
   for (std::size_t r = 0; r < files.owners.rows(); ++r) {
     (void)documentOf(files.owners, r);
-    (void)userOf(files.owners, r, "user_id");
+    (void)requireUser(files.owners, r, "user_id");
   }
   for (std::size_t r = 0; r < files.approvers.rows(); ++r) {
     (void)documentOf(files.approvers, r);
-    (void)userOf(files.approvers, r, "user_id");
+    (void)requireUser(files.approvers, r, "user_id");
     (void)smallNumber(files.approvers, r, "list_order", kMostSmall);
   }
-  for (std::size_t r = 0; r < files.approvals.rows(); ++r) {
-    const std::string& revision = files.approvals.at(r, "revision_key");
-    if (!revisions_.contains(revision))
-      report(files.approvals, r, "there is no revision '" + revision + "'");
-    (void)userOf(files.approvals, r, "user_id");
-    (void)userOf(files.approvals, r, "approved_by");
-    (void)smallNumber(files.approvals, r, "list_order", kMostSmall);
-    (void)smallNumber(files.approvals, r, "approval_status", 2);
-    requireDay(files.approvals, r, "date_approved");
-  }
-  const auto requireManual = [&](const CsvTable& file, std::size_t r) {
-    const std::string& key = file.at(r, "manual_key");
-    if (!manuals_.contains(key)) report(file, r, "there is no manual '" + key + "'");
-  };
+  checkApprovals(files.approvals);
   for (std::size_t r = 0; r < files.contents.rows(); ++r) {
     requireManual(files.contents, r);
     (void)documentOf(files.contents, r);
@@ -317,7 +368,7 @@ void Importer::checkLinks(const Files& files) {
       report(files.contents, r, "position is not a number");
   }
   for (std::size_t r = 0; r < files.copies.rows(); ++r) {
-    (void)userOf(files.copies, r, "user_id");
+    (void)requireUser(files.copies, r, "user_id");
     const bool ofManual = !files.copies.at(r, "manual_key").empty();
     if (ofManual == !files.copies.at(r, "document_key").empty()) {
       report(files.copies, r, "a copy is of a manual or of a document");
@@ -329,6 +380,26 @@ void Importer::checkLinks(const Files& files) {
     const std::string& kind = files.copies.at(r, "kind");
     if (kind != "hard" && kind != "virtual")
       report(files.copies, r, "kind is neither hard nor virtual");
+  }
+}
+
+void Importer::checkApprovals(const CsvTable& approvals) {
+  for (std::size_t r = 0; r < approvals.rows(); ++r) {
+    const RevisionFacts* revision = revisionOf(approvals, r, "revision_key");
+    // The revision says which document it is of; who names one as well must name the same.
+    const std::string& document = approvals.at(r, "document_key");
+    if (!document.empty() && documentOf(approvals, r) != nullptr && revision != nullptr) {
+      const std::string& owner = files_->revisions.at(revision->row, "document_key");
+      if (owner != document && documents_.contains(owner))
+        report(approvals, r,
+               fmt::format("revision '{}' belongs to document '{}', not to '{}' (document_key)",
+                           approvals.at(r, "revision_key"), owner, document));
+    }
+    (void)requireUser(approvals, r, "user_id");
+    (void)userOf(approvals, r, "approved_by");
+    (void)smallNumber(approvals, r, "list_order", kMostSmall);
+    (void)smallNumber(approvals, r, "approval_status", 2);
+    requireDay(approvals, r, "date_approved");
   }
 }
 
@@ -486,10 +557,9 @@ void Importer::writeLists(const Files& files) {
             .number("ListOrder", smallNumber(files.approvers, r, "list_order", kMostSmall)));
   const auto& approvals = files.approvals;
   for (std::size_t r = 0; r < approvals.rows(); ++r) {
-    const auto revision = revisions_[approvals.at(r, "revision_key")];
     put(approvals, r,
         Insert("ApprovalRouting")
-            .number("RevID", keyNumber(files.revisions, revision, "revision_key"))
+            .number("RevID", revisions_[approvals.at(r, "revision_key")].number)
             .text("UserID", userOf(approvals, r, "user_id"))
             .number("ListOrder", smallNumber(approvals, r, "list_order", kMostSmall))
             .number("ApprovalStatus", smallNumber(approvals, r, "approval_status", 2))
@@ -570,13 +640,25 @@ void Importer::writeActions(const Files& files) {
   const std::string name = joinText(tableValue(database, "VeskConfig", "DBID"));
   const std::string revisionWord = joinText(tableValue(database, "VeskConfig", "Revision"));
   const std::string documentWord = joinText(tableValue(database, "VeskConfig", "Document"));
-  std::set<std::string> told;
   const auto& approvals = files.approvals;
+  const auto order = [&](std::size_t r) {
+    return smallNumber(approvals, r, "list_order", kMostSmall);
+  };
+  const auto isPending = [&](std::size_t r) {
+    return smallNumber(approvals, r, "approval_status", 2) == kPending;
+  };
+  // The pending row of each revision that comes first in the list; of equals, the first in the
+  // file.
+  std::map<std::string, std::size_t> turns;
+  for (std::size_t r = 0; r < approvals.rows(); ++r) {
+    if (!isPending(r)) continue;
+    const auto turn = turns.emplace(approvals.at(r, "revision_key"), r).first;
+    if (order(r) < order(turn->second)) turn->second = r;
+  }
   for (std::size_t r = 0; r < approvals.rows(); ++r) {
     const std::string& key = approvals.at(r, "revision_key");
-    if (smallNumber(approvals, r, "approval_status", 2) == kPending && !told.insert(key).second)
-      continue;
-    const auto revision = revisions_[key];
+    if (isPending(r) && turns[key] != r) continue;
+    const auto revision = revisions_[key].row;
     const DocumentFacts& document = *documentOf(files.revisions, revision);
     const std::string assignee = userOf(approvals, r, "user_id");
     const std::string originator = userOf(files.revisions, revision, "responsible_user");

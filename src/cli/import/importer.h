@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,9 @@ struct ImportReport {
   std::vector<std::pair<std::string, std::size_t>>
       written;                    // table and its new rows; empty when refused
   std::vector<Problem> problems;  // with any of these nothing was written
+
+  // Rows of a file, without its heading, that have one problem or more.
+  [[nodiscard]] std::size_t refused(const std::string& file) const;
 };
 
 class Importer {
@@ -45,14 +49,20 @@ class Importer {
     bool controlled = false;
     std::optional<std::int32_t> currentRevision;
   };
+  struct RevisionFacts {
+    std::size_t row = 0;
+    std::int32_t number = 0;
+  };
 
   // Reading and checking; fills the maps below and problems.
   void check(const Files& files);
   void checkUsers(const CsvTable& users, const CsvTable& workgroups);
   void checkDocuments(const CsvTable& documents);
   void checkRevisions(const CsvTable& revisions);
+  void checkCurrentRevisions(const CsvTable& documents);
   void checkManuals(const CsvTable& manuals, const CsvTable& copies);
   void checkLinks(const Files& files);
+  void checkApprovals(const CsvTable& approvals);
 
   // A number behind letters, as in user017 or D0001; reports and returns 0 for anything else.
   std::int32_t keyNumber(const CsvTable& file, std::size_t row, std::string_view column);
@@ -62,7 +72,15 @@ class Importer {
   void requireDay(const CsvTable& file, std::size_t row, std::string_view column);
   // The UserID of a user key; the placeholder TBD as it is, nothing for an empty one.
   std::string userOf(const CsvTable& file, std::size_t row, std::string_view column);
+  // The same where a user must be named.
+  std::string requireUser(const CsvTable& file, std::size_t row, std::string_view column);
+  void requireWorkgroup(const CsvTable& file, std::size_t row);
+  void requireManual(const CsvTable& file, std::size_t row);
   const DocumentFacts* documentOf(const CsvTable& file, std::size_t row);
+  const RevisionFacts* revisionOf(const CsvTable& file, std::size_t row, std::string_view column);
+  // Whether a key that is not among those taken from `target` leads nowhere. It does not when its
+  // row is refused already; of a file that could not be read, nobody knows, which is said once.
+  bool dangles(const CsvTable& target, const std::string& key);
   void report(const CsvTable& file, std::size_t row, std::string reason);
 
   void write(const Files& files);
@@ -78,6 +96,7 @@ class Importer {
   void putAlso(const CsvTable& file, std::size_t row, const Insert& insert);
 
   Ref<kvConnection> connection_;
+  const Files* files_ = nullptr;  // while run() is at work
   Date asOf_;
   std::string userId_;
   ProgressCall progress_;
@@ -89,8 +108,9 @@ class Importer {
   std::map<std::string, std::string> userNames_;    // UserID to name
   std::map<std::string, std::int32_t> workgroups_;  // name to number
   std::map<std::string, DocumentFacts> documents_;
-  std::map<std::string, std::size_t> revisions_;  // key to row
-  std::map<std::string, std::string> manuals_;    // key to ManualID
+  std::map<std::string, RevisionFacts> revisions_;
+  std::map<std::string, std::string> manuals_;  // key to ManualID
+  std::set<std::string> unchecked_;             // files that references were not looked up in
 };
 
 }  // namespace kv::cli
