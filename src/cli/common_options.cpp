@@ -3,7 +3,9 @@
 namespace kv::cli {
 
 void addCommon(CLI::App& verb, Options& options) {
-  verb.add_option("register", options.registerPath, "The register: a file's path")->required();
+  verb.add_option("register", options.registerPath,
+                  "The register: a file's path, or postgresql://user@host:port/database")
+      ->required();
   verb.add_option("-u,--user", options.user,
                   "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
       ->required();

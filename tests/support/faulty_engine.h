@@ -76,6 +76,8 @@ class FaultyEngine final : public engine::Engine {
   std::int64_t reserveCounter(const TableInfo& t, std::int64_t n) override {
     return inner_->reserveCounter(t, n);
   }
+  std::int64_t counterReached(const TableInfo& t) override { return inner_->counterReached(t); }
+  std::uint64_t roundTrips() const noexcept override { return inner_->roundTrips(); }
   void countAbove(const TableInfo& t) override { inner_->countAbove(t); }
   void guardStatements(bool on) override { inner_->guardStatements(on); }
   std::int64_t dataVersion() override { return inner_->dataVersion(); }

@@ -101,6 +101,8 @@ class Engine {
   // returns the first. Inside a transaction it is undone with it.
   [[nodiscard]] virtual std::int64_t reserveCounter(const TableInfo& table, std::int64_t count) = 0;
 
+  // The last number that reserveCounter or a row has taken; 0 for none.
+  [[nodiscard]] virtual std::int64_t counterReached(const TableInfo& table) = 0;
   // Rows were added with numbers of their own: the counter goes on above the highest.
   virtual void countAbove(const TableInfo& table) = 0;
   // While it is on, a statement that fails in a transaction leaves the transaction as it was before
@@ -117,6 +119,9 @@ class Engine {
   // True where nothing can be written: a file or folder without write permission, a server standing
   // by.
   [[nodiscard]] virtual bool readOnly() const = 0;
+
+  // How often this connection has waited for an answer of a server; 0 where there is none.
+  [[nodiscard]] virtual std::uint64_t roundTrips() const noexcept = 0;
 
   // Makes the running statement fail soon. Safe from another thread and from a signal handler.
   virtual void interrupt() noexcept = 0;

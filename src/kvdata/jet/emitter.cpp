@@ -856,6 +856,33 @@ std::string emitRowExists(const TableInfo& table, const Dialect& dialect) {
                      quotedName(table.key), dialect.parameter(1));
 }
 
+std::string emitPage(const TableInfo& table, std::span<const int> columns, int rows,
+                     const Dialect& dialect) {
+  std::string list;
+  for (const int c : columns)
+    list += quotedName(table.columns[static_cast<std::size_t>(c)].name) + ", ";
+  const std::string key = quotedName(table.key);
+  return fmt::format("SELECT {}{} FROM {} WHERE {} > {} ORDER BY {} LIMIT {}", list, key,
+                     quotedName(table.name), key, dialect.parameter(1, ValueKind::Whole), key,
+                     rows);
+}
+
+std::string emitInsertWithKeys(const TableInfo& table, std::span<const int> columns,
+                               std::size_t rows, const Dialect& dialect) {
+  std::vector<std::string> names = {quotedName(table.key)};
+  for (const int c : columns)
+    names.push_back(quotedName(table.columns[static_cast<std::size_t>(c)].name));
+  int next = 1;
+  std::vector<std::string> tuples;
+  for (std::size_t r = 0; r < rows; ++r) {
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < names.size(); ++i) values.push_back(dialect.parameter(next++));
+    tuples.push_back("(" + joinTexts(values) + ")");
+  }
+  return fmt::format("INSERT INTO {} ({}) VALUES {}", quotedName(table.name), joinTexts(names),
+                     joinTexts(tuples));
+}
+
 std::vector<std::string> emitCreateTable(const TableInfo& table, const Dialect& dialect) {
   std::vector<std::string> columns;
   if (table.hiddenKey) columns.push_back(dialect.hiddenKeyDefinition(table.key));

@@ -36,6 +36,13 @@ namespace kv::jet {
 // One result row when the row with that key exists.
 [[nodiscard]] std::string emitRowExists(const TableInfo& table, const Dialect& dialect);
 
+// SELECT of columns and then the key, of the `rows` rows that follow the key in parameter 1.
+[[nodiscard]] std::string emitPage(const TableInfo& table, std::span<const int> columns, int rows,
+                                   const Dialect& dialect);
+// INSERT of several rows, each given as its key and then the columns.
+[[nodiscard]] std::string emitInsertWithKeys(const TableInfo& table, std::span<const int> columns,
+                                             std::size_t rows, const Dialect& dialect);
+
 // CREATE TABLE, followed by the table's CREATE INDEX statements.
 [[nodiscard]] std::vector<std::string> emitCreateTable(const TableInfo& table,
                                                        const Dialect& dialect);

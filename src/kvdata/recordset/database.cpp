@@ -119,15 +119,29 @@ std::int64_t Database::execute(const PreparedStatement& statement) {
   auto& run = ready(statement, shape.whole, shape.emitted.whole);
   // Whatever becomes of it: a failed statement may have ended the transaction it ran in.
   wrote();
-  const auto& bound = shape.bound;
+  const TableInfo* into = shape.bound.insertTable;
+  const auto& columns = shape.bound.insertColumns;
   const bool numbered =
-      bound.insertTable != nullptr &&
-      std::any_of(bound.insertColumns.begin(), bound.insertColumns.end(), [&](int column) {
-        return bound.insertTable->columns[static_cast<std::size_t>(column)].counter;
+      into != nullptr && std::any_of(columns.begin(), columns.end(), [&](int column) {
+        return into->columns[static_cast<std::size_t>(column)].counter;
       });
+  if (into != nullptr && !numbered) settleCounters();
   const auto affected = run.run();
-  if (numbered) engine().countAbove(*bound.insertTable);
+  if (!numbered) return affected;
+  if (std::find(numbered_.begin(), numbered_.end(), into->name) == numbered_.end())
+    numbered_.push_back(into->name);
+  if (levels_.empty()) settleCounters();
   return affected;
+}
+
+void Database::settleCounters() {
+  for (const auto& name : std::exchange(numbered_, {}))
+    if (const TableInfo* table = catalog_->find(name)) engine().countAbove(*table);
+}
+
+std::int64_t Database::nextNumber(const TableInfo& table) {
+  settleCounters();
+  return engine().reserveCounter(table, 1);
 }
 
 std::int64_t Database::execute(std::string_view text) { return execute(prepare(text)); }
@@ -197,6 +211,7 @@ void Transaction::commit() {
   if (opened_ && database_.opener_ == level_) {
     if (!engine.inTransaction())
       throw Error(kEngineFailure, "kvData", "The transaction was ended by an earlier failure.");
+    database_.settleCounters();
     engine.commit();
   } else if (marked_) {
     engine.release(level_);

@@ -86,6 +86,9 @@ class Database {
   // A statement of the emitter's row forms, kept by its text.
   engine::Statement& rowStatement(const std::string& sql);
 
+  // The next number of a table's counter, for the caller alone.
+  [[nodiscard]] std::int64_t nextNumber(const TableInfo& table);
+
   // Takes on another catalog after the tables have changed; every statement is bound anew.
   void renew(std::shared_ptr<const Catalog> catalog);
   // Ends the connection. Record sets may live on; what needs the database then raises 3709.
@@ -135,7 +138,10 @@ class Database {
     bool client;  // begun by a client, who may go on after a statement in it has failed
   };
   void guardStatements() noexcept;
+  // Rows were given numbers of their own: the counters follow before they are next used by anybody.
+  void settleCounters();
 
+  std::vector<std::string> numbered_;  // tables whose counters have to follow
   // Open transactions, outermost first.
   std::vector<Level> levels_;
   int opener_ = -1;  // the level that opened the engine's transaction; -1 when none is open

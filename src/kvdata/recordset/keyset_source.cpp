@@ -99,7 +99,7 @@ RowEdit KeysetSource::beginAdd() {
   if (const ColumnInfo* counter = table.counterColumn()) {
     // At once and for good, so that the caller can use the number before the row is stored.
     Transaction transaction(*database_, engine::Access::Write);
-    const SqlValue number = database_->engine().reserveCounter(table, 1);
+    const SqlValue number = database_->nextNumber(table);
     transaction.commit();
     database_->wrote();
     for (std::size_t i = 0; i < columns_->size(); ++i) {

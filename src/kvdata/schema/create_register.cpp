@@ -49,29 +49,38 @@ void firstValues(const std::shared_ptr<Database>& database) {
 
 }  // namespace
 
-Ref<kvConnection> createRegister(
-    const std::string& ConnectionString,
+Ref<kvConnection> createWithTables(
+    const std::string& ConnectionString, const std::vector<TableInfo>& tables,
     const std::function<void(const std::shared_ptr<Database>&)>& fill) {
   engine::OpenOptions options = parseConnectionString(ConnectionString);
   options.create = true;
   // What is not ours is not ours to discard: an opening that fails has made nothing.
   auto engine = engine::open(options);
   try {
-    auto database = std::make_shared<Database>(std::move(engine),
-                                               std::make_shared<const Catalog>(registerTables()));
+    auto database =
+        std::make_shared<Database>(std::move(engine), std::make_shared<const Catalog>(tables));
     Transaction transaction(*database, engine::Access::Write);
-    for (const auto& table : registerTables())
+    for (const auto& table : tables)
       for (const auto& sql : jet::emitCreateTable(table, database->dialect()))
         database->engine().execute(sql);
     database->engine().markAsRegister();
-    firstValues(database);
-    if (fill) fill(database);
+    fill(database);
     transaction.commit();
     return makeRef<kvConnection>(ConnectionString, std::move(database));
   } catch (...) {
     engine::discard(options);
     throw;
   }
+}
+
+Ref<kvConnection> createRegister(
+    const std::string& ConnectionString,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill) {
+  return createWithTables(ConnectionString, registerTables(),
+                          [&](const std::shared_ptr<Database>& database) {
+                            firstValues(database);
+                            if (fill) fill(database);
+                          });
 }
 
 }  // namespace kv

@@ -143,6 +143,15 @@ class PostgresEngine final : public Engine {
     return first.at(0);
   }
 
+  std::int64_t counterReached(const TableInfo& table) override {
+    PostgresStatement ask(
+        connection_, fmt::format("SELECT coalesce(pg_sequence_last_value({}::regclass), 0)",
+                                 sequenceOf(table)));
+    std::vector<std::int64_t> reached;
+    ask.fetchKeys(reached, 1);
+    return reached.at(0);
+  }
+
   // Forward one by one, so that nobody's number is given out twice; in one step where the way is
   // long, as after a register was filled, when nobody else adds.
   void countAbove(const TableInfo& table) override {
@@ -170,6 +179,7 @@ class PostgresEngine final : public Engine {
   }
 
   bool readOnly() const override { return connection_->readOnly(); }
+  std::uint64_t roundTrips() const noexcept override { return connection_->roundTrips(); }
   void interrupt() noexcept override { connection_->interrupt(); }
   void setTimeLimit(std::chrono::milliseconds limit) override { connection_->setTimeLimit(limit); }
 

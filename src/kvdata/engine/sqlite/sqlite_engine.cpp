@@ -169,6 +169,14 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     return last[0] - count + 1;
   }
 
+  std::int64_t counterReached(const TableInfo& table) override {
+    const auto ask = prepare("SELECT seq FROM sqlite_sequence WHERE name = ?1");
+    ask->bind(1, table.name);
+    std::vector<std::int64_t> reached;
+    ask->fetchKeys(reached, 1);
+    return reached.empty() ? 0 : reached[0];
+  }
+
   // AUTOINCREMENT looks at the highest number itself, and a failed statement never ends more than
   // itself.
   void countAbove(const TableInfo&) override {}
@@ -186,6 +194,8 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   }
 
   bool readOnly() const override { return access_ != FileAccess::ReadWrite; }
+
+  std::uint64_t roundTrips() const noexcept override { return 0; }
 
   void interrupt() noexcept override { sqlite3_interrupt(db_.get()); }
 
