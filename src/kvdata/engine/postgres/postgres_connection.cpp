@@ -70,7 +70,7 @@ void PostgresConnection::open() {
       options_.lockTimeout.count(), limit_.count());
   const Result result(PQexec(connection_.get(), settings.c_str()));
   ++roundTrips_;
-  if (isFailure(result.get())) raisePostgres(connection_.get(), result.get());
+  if (isFailure(result.get())) failed(result.get(), false);
   if (std::string_view(PQgetvalue(result.get(), 0, 0)) != "UTF8")
     raisePostgres("The database does not keep its text in UTF-8.", PQgetvalue(result.get(), 0, 0));
   if (PQserverVersion(connection_.get()) < kOldestServer)
@@ -84,12 +84,18 @@ void PostgresConnection::requireOpen() {
 }
 
 void PostgresConnection::failed(const PGresult* result, bool writes) {
-  const bool lost = PQstatus(connection_.get()) != CONNECTION_OK;
-  const bool alone = !open_;
+  // The server gives every failure a code; one without comes from this side of a broken wire.
+  const bool lost = PQstatus(connection_.get()) != CONNECTION_OK || result == nullptr ||
+                    PQresultErrorField(result, PG_DIAG_SQLSTATE) == nullptr;
   if (lost) {
+    const bool alone = !open_;
     open_ = broken_ = guarded_ = false;
     due_.clear();
-  } else if (open_) {
+    const std::string message = PQerrorMessage(connection_.get());
+    connection_.reset();
+    raiseLost(message, writes && alone);
+  }
+  if (open_) {
     broken_ = true;
     if (guarded_) {
       const Result back(PQexec(connection_.get(), fmt::format("ROLLBACK TO {}", kGuard).c_str()));
@@ -97,7 +103,7 @@ void PostgresConnection::failed(const PGresult* result, bool writes) {
       broken_ = isFailure(back.get());
     }
   }
-  raisePostgres(connection_.get(), result, writes && alone);
+  raisePostgres(result);
 }
 
 void PostgresConnection::guard() {
@@ -127,7 +133,6 @@ Result PostgresConnection::batch(std::size_t commands, bool writes) {
     Result next(PQgetResult(connection_.get()));
     if (!next) {
       ++done;
-      if (PQstatus(connection_.get()) != CONNECTION_OK) break;
       continue;
     }
     if (!isFailure(next.get()))
@@ -135,13 +140,10 @@ Result PostgresConnection::batch(std::size_t commands, bool writes) {
     else if (!failure)
       failure = std::move(next);
   }
-  if (PQstatus(connection_.get()) == CONNECTION_OK) {
-    const Result sync(PQgetResult(connection_.get()));
-    (void)PQexitPipelineMode(connection_.get());
-  } else {
-    failed(failure.get(), writes);
-  }
-  if (failure) failed(failure.get(), writes);
+  const Result sync(PQgetResult(connection_.get()));
+  const bool good = PQresultStatus(sync.get()) == PGRES_PIPELINE_SYNC &&
+                    PQexitPipelineMode(connection_.get()) == 1;
+  if (failure || !good) failed(failure.get(), writes);
   return last;
 }
 

@@ -145,8 +145,8 @@ class PostgresEngine final : public Engine {
 
   std::int64_t counterReached(const TableInfo& table) override {
     PostgresStatement ask(
-        connection_, fmt::format("SELECT coalesce(pg_sequence_last_value({}::regclass), 0)",
-                                 sequenceOf(table)));
+        connection_,
+        fmt::format("SELECT coalesce(pg_sequence_last_value({}::regclass), 0)", sequenceOf(table)));
     std::vector<std::int64_t> reached;
     ask.fetchKeys(reached, 1);
     return reached.at(0);

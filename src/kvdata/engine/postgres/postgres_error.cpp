@@ -57,7 +57,7 @@ std::string_view field(const PGresult* result, int code) {
 std::string oneLine(std::string_view message) {
   std::string out;
   for (const char c : message) {
-    if (c != '\n' && c != '\r')
+    if (c != '\n' && c != '\r' && c != '\t')
       out += c;
     else if (!out.empty() && out.back() != ' ')
       out += ' ';
@@ -71,22 +71,22 @@ void raisePostgres(std::string_view cause, std::string_view message) {
   throw Error(kEngineFailure, "kvData", fmt::format("{} {}", cause, oneLine(message)));
 }
 
-void raisePostgres(const PGconn* connection, const PGresult* result, bool outcomeUnknown) {
-  std::string_view state = field(result, PG_DIAG_SQLSTATE);
-  std::string_view message = field(result, PG_DIAG_MESSAGE_PRIMARY);
-  if (message.empty()) message = PQerrorMessage(connection);
-  const bool lost = PQstatus(connection) != CONNECTION_OK;
-  if (state.empty() && lost) state = "08006";
-  if (lost && outcomeUnknown)
-    throw Error(kEngineFailure, "kvData",
-                fmt::format("The connection to the server was lost while a change was being kept; "
-                            "whether it was kept is unknown. {} ({})",
-                            oneLine(message), state));
+void raiseLost(std::string_view message, bool outcomeUnknown) {
+  raisePostgres(outcomeUnknown ? "The connection to the server was lost while a change was being "
+                                 "kept; whether it was kept is unknown."
+                               : "The connection to the server was lost.",
+                message);
+}
+
+void raisePostgres(const PGresult* result) {
+  const std::string_view state = field(result, PG_DIAG_SQLSTATE);
   const auto* known = std::find_if(kCauses.begin(), kCauses.end(),
                                    [&](const Cause& c) { return state.starts_with(c.state); });
   std::string_view text = known->text;
   if (field(result, PG_DIAG_CONSTRAINT_NAME).starts_with("kv_size_")) text = kCauses[0].text;
-  throw Error(known->number, "kvData", fmt::format("{} {} ({})", text, oneLine(message), state));
+  throw Error(
+      known->number, "kvData",
+      fmt::format("{} {} ({})", text, oneLine(field(result, PG_DIAG_MESSAGE_PRIMARY)), state));
 }
 
 }  // namespace kv::engine

@@ -3,15 +3,15 @@
 
 #include <libpq-fe.h>
 
-#include <string>
 #include <string_view>
 
 namespace kv::engine {
 
-// Raises what a failed result stands for. `outcomeUnknown`: the connection went while something was
-// being kept, and whether it was cannot be told.
-[[noreturn]] void raisePostgres(const PGconn* connection, const PGresult* result,
-                                bool outcomeUnknown = false);
+// Raises what a failure that the server reports stands for.
+[[noreturn]] void raisePostgres(const PGresult* result);
+// Raises that the connection is gone. `outcomeUnknown`: something was being kept, and whether it
+// was cannot be told.
+[[noreturn]] void raiseLost(std::string_view message, bool outcomeUnknown);
 // Raises -2147467259 with a cause in a sentence and the server's own words behind it.
 [[noreturn]] void raisePostgres(std::string_view cause, std::string_view message);
 
