@@ -19,7 +19,10 @@ void addFormats(CLI::App& verb, Options& options, bool lines) {
         name, [&options, value] { options.format = value; }, help);
   };
   auto* csv = format("--csv", "Comma-separated values with a heading", Format::Csv);
-  auto* json = format("--json", "One JSON object per statement", Format::Json);
+  auto* json = format(
+      "--json",
+      lines ? "One JSON object per statement" : R"(JSON: {"columns":["..."],"rows":[["..."]]})",
+      Format::Json);
   csv->excludes(json);
   if (!lines) return;
   auto* jsonl = format("--jsonl", "One JSON object per statement and line; goes on after an error",

@@ -24,6 +24,12 @@ int run(int argc, char** argv) {
       "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
   kv::cli::Action chosen;
   kv::cli::addNew(app, chosen);
+  kv::cli::addDocuments(app, chosen);
+  kv::cli::addDocument(app, chosen);
+  kv::cli::addRevisions(app, chosen);
+  kv::cli::addRevision(app, chosen);
+  kv::cli::addQueries(app, chosen);
+  kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);

@@ -5,13 +5,10 @@
 
 namespace kv::cli {
 
-namespace {
-
-[[noreturn]] void deny(const std::string& why) {
-  throw Error(kPermission, "kvvesk", std::string(wellKnownText(kPermission)) + ": " + why);
+void deny(std::string_view why) {
+  throw Error(kPermission, "kvvesk",
+              std::string(wellKnownText(kPermission)) + ": " + std::string(why));
 }
-
-}  // namespace
 
 Session::Session(const Options& options) : vesk_(clsVesk::create()) {
   try {
@@ -40,12 +37,12 @@ void Session::close() noexcept {
   }
 }
 
-void Session::requireAdministrator(const std::string& why) const {
-  if (profile()->Administrator() != -1) deny(why);
+void Session::requireAdministrator(std::string_view why) const {
+  if (!isAdministrator()) deny(why);
 }
 
-void Session::requireRight(std::int16_t right, const std::string& description) const {
-  if (!profile()->HasRight(right)) deny(description);
+void Session::requireRight(std::int16_t right) const {
+  if (!vesk_->UserAccess(right)) deny(vesk_->urDescription(right));
 }
 
 }  // namespace kv::cli

@@ -1,7 +1,10 @@
 // What the command line says, common to all verbs.
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "common/ref.h"
 #include "session/vesk.h"
@@ -22,6 +25,9 @@ struct Options {
   Format format = Format::Table;
 };
 
+// Raises 70 with the reason.
+[[noreturn]] void deny(std::string_view why);
+
 // An open, logged-in session that is closed at the end of its scope.
 class Session {
  public:
@@ -35,10 +41,15 @@ class Session {
 
   clsVesk* operator->() const { return vesk_.get(); }
   [[nodiscard]] const Ref<kvProfile>& profile() const { return vesk_->DataServer()->Profile(); }
+  [[nodiscard]] bool isAdministrator() const { return profile()->Administrator() == -1; }
+  // For the program's own reads, which no observer sees.
+  [[nodiscard]] const std::shared_ptr<Database>& database() const {
+    return vesk_->DataServer()->Connection()->database();
+  }
   // Raises 70 with the reason when the user is no administrator.
-  void requireAdministrator(const std::string& why) const;
-  // Raises 70 with the right's description when the user does not hold it.
-  void requireRight(std::int16_t right, const std::string& description) const;
+  void requireAdministrator(std::string_view why) const;
+  // Raises 70 with the right's text when the user does not hold it; numbers as in rights/rights.h.
+  void requireRight(std::int16_t right) const;
 
  private:
   void close() noexcept;

@@ -1,5 +1,6 @@
 #include <iostream>
 
+#include "cli/query_lookup.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/text.h"
@@ -25,12 +26,21 @@ void addAdministrator(const std::shared_ptr<Database>& database, const std::stri
                     std::string(kFirstUser) + "', " + quoted + ", True)");
 }
 
+// The list of documents goes through a saved query, which hides the secured ones from those who may
+// not see them; without one there would be nothing to list by.
+void addQueryForAll(const std::shared_ptr<Database>& database) {
+  database->execute("Insert Into DocumentQuerys (QueryName) Values ('" +
+                    std::string(kAllDocuments) + "')");
+}
+
 int create(const Options& options) {
   const std::string password =
       newPasswordFor("KVVESK_PASSWORD", "Password for " + options.user + ": ");
-  const auto connection = createRegister(
-      "Data Source=" + quotedValue(options.registerPath),
-      [&](const auto& database) { addAdministrator(database, options.user, password); });
+  const auto connection =
+      createRegister("Data Source=" + quotedValue(options.registerPath), [&](const auto& database) {
+        addAdministrator(database, options.user, password);
+        addQueryForAll(database);
+      });
   connection->Close();
   std::cout << "made " << options.registerPath << " with the administrator " << options.user
             << '\n';

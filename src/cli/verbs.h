@@ -18,6 +18,12 @@ void addConfig(CLI::App& app, Action& chosen);
 void addImport(CLI::App& app, Action& chosen);
 void addCopy(CLI::App& app, Action& chosen);
 void addSql(CLI::App& app, Action& chosen);
+void addDocuments(CLI::App& app, Action& chosen);
+void addDocument(CLI::App& app, Action& chosen);
+void addRevisions(CLI::App& app, Action& chosen);
+void addRevision(CLI::App& app, Action& chosen);
+void addRights(CLI::App& app, Action& chosen);
+void addQueries(CLI::App& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.
 void addCommon(CLI::App& verb, Options& options);

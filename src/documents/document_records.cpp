@@ -14,6 +14,12 @@ namespace {
 
 constexpr const char* kUncontrolled = "Uncontrolled";
 
+// What the caller has pending in a set of his is no part of the operation: it must not be undone
+// with it, as it would be once the operation's first move has saved it.
+void savePending(const Ref<Recordset>& rs) {
+  if (rs) rs->Update();
+}
+
 }  // namespace
 
 Ref<Recordset> clsVeskDocument::Records(std::int32_t filterid, const std::string& SortFields,
@@ -85,6 +91,7 @@ std::string clsVeskDocument::Add(const std::string& UserID, const std::string& t
                                  const std::string& location, const std::string& RevisionLevel,
                                  const std::string& EffectiveDate, bool RevReady, bool Controlled,
                                  bool Secured, const Ref<Recordset>& rs) {
+  savePending(rs);
   Operation operation(dataServer_->Connection());
   const auto row = rs ? rs : Records(0, {}, "Select * From Documents Where ID = -1");
   Addition addition(row);
@@ -126,6 +133,7 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
                                        const std::string& user4, const std::string& Notes,
                                        bool Secured, bool Controlled, const std::string& location,
                                        const Ref<Recordset>& rs) {
+  savePending(rs);
   Operation operation(dataServer_->Connection(), "Documents", "DocumentID", id);
   const auto row = find(id, rs, kSaveErrors);
   setFieldOrNull(*row, "DocumentTitle", title);

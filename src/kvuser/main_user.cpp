@@ -87,7 +87,7 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
   const bool writable = !database->engine().readOnly();
   if (clearText && writable) (void)setPassword(userId, Password);
   bool administrator = false;
-  std::string rights = rightsOf(userId, administrator);
+  std::string rights = RightsOf(userId, administrator);
   if (writable) keepName(userId, userName);
   Profile()->setUser(userId, userName, std::move(rights), administrator);
 }
@@ -95,7 +95,7 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
 // Administrators hold every right. Otherwise the user's own rights count, else those of the
 // workgroup, else for workgroup 0 the viewing rights, else none. A user without a profile row has
 // none either: an empty text says so.
-std::string kvUser::rightsOf(const std::string& userId, bool& administrator) const {
+std::string kvUser::RightsOf(const std::string& userId, bool& administrator) const {
   const auto& database = databaseOf(dataServer_);
   const auto rs =
       openOwn(database, "Select Rights, GroupID, Administrator From VeskProfiles Where UserID = '" +

@@ -40,13 +40,16 @@ class kvUser : public Object {
   [[nodiscard]] Ref<Recordset> UserRecords(const Ref<Recordset>& rs) const;
   [[nodiscard]] Ref<Recordset> UserRecords(const std::string& cSQL) const;
 
+  // The rights text that a log-in gives a user, and whether as an administrator, who holds every
+  // right: the user's own, else those of the workgroup. Empty for a user without a profile.
+  [[nodiscard]] std::string RightsOf(const std::string& userId, bool& administrator) const;
+
   // Gives a user a new password, or none for an empty text. False when there is no such user.
   bool setPassword(const std::string& userId, std::string_view password);
 
   [[nodiscard]] const Passwords& passwords() const noexcept { return passwords_; }
 
  private:
-  [[nodiscard]] std::string rightsOf(const std::string& userId, bool& administrator) const;
   [[nodiscard]] Ref<Recordset> recordsOf(const std::vector<std::string>& ids) const;
   void keepName(const std::string& userId, const std::string& userName) const;
 

@@ -91,7 +91,8 @@ TEST_F(Program, WrongUsageEndsWithTwo) {
 TEST_F(Program, HelpAndVersionSuffice) {
   const auto help = run({"--help"});
   EXPECT_EQ(help.code, 0);
-  for (const char* verb : {"new", "passwd", "config", "import", "sql"})
+  for (const char* verb : {"new", "documents", "document", "revisions", "revision", "queries",
+                           "rights", "passwd", "config", "import", "sql"})
     EXPECT_THAT(help.out, HasSubstr(verb));
   EXPECT_THAT(run({"sql", "--help"}).out, HasSubstr("--jsonl"));
   EXPECT_THAT(run({"--version"}).out, StartsWith("kvvesk "));

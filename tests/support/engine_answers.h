@@ -1,5 +1,5 @@
-// Where the engines differ, each difference one named answer. A test that asks none of these expects the
-// same of both.
+// Where the engines differ, each difference one named answer. A test that asks none of these
+// expects the same of both.
 #pragma once
 
 #include <string>

@@ -79,8 +79,10 @@ void Proxy::pass(int client) {
       open = count > 0 && ::write(server, bytes.data(), static_cast<std::size_t>(count)) == count;
       if (open && losing_ &&
           std::string(bytes.data(), static_cast<std::size_t>(count)).find(lost_) !=
-              std::string::npos)
+              std::string::npos) {
         cut = true;
+        losing_ = false;
+      }
     }
     if (open && wait[1].revents != 0) {
       const auto count = ::read(server, bytes.data(), bytes.size());
@@ -88,7 +90,6 @@ void Proxy::pass(int client) {
              ::write(client, bytes.data(), static_cast<std::size_t>(count)) == count;
     }
   }
-  if (cut) losing_ = false;
   ::close(server);
   ::close(client);
 }

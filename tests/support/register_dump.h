@@ -1,5 +1,5 @@
-// A register seen past the library, through the engine's own interface: what its file really holds,
-// and statements that the library would not let through.
+// A register seen past the library, through the engine's own interface: what it really
+// holds, on either engine, and rules that make single statements fail.
 #pragma once
 
 #include <fmt/format.h>
@@ -7,14 +7,18 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/test_server.h"
 
 namespace kv::test {
 
 class RawRegister {
  public:
-  explicit RawRegister(const std::string& path) {
+  explicit RawRegister(const std::string& path) : path_(path) {
+    if (onServer()) return;
     sqlite3* opened = nullptr;
     EXPECT_EQ(sqlite3_open(path.c_str(), &opened), SQLITE_OK) << path;
     database_.reset(opened);
@@ -42,9 +46,17 @@ class RawRegister {
     return out;
   }
 
-  // Every row of every table, hidden keys and counters too.
+  // Every row of every table, hidden keys too; counters where they go back with their transaction.
   [[nodiscard]] std::vector<std::string> dump() const {
     std::vector<std::string> out;
+    if (onServer()) {
+      for (const auto& table :
+           lines("SELECT relname FROM pg_class WHERE relnamespace = 'public'::regnamespace AND "
+                 "relkind = 'r' ORDER BY relname"))
+        for (const auto& row : lines("SELECT t::text FROM \"" + table + "\" AS t ORDER BY 1"))
+          out.push_back(table + row);
+      return out;
+    }
     for (const auto& found :
          rows("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name")) {
       const std::string table = found.substr(found.find(':') + 1);
@@ -54,15 +66,41 @@ class RawRegister {
     return out;
   }
 
-  void execute(const std::string& sql) const {
-    EXPECT_EQ(sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(database_.get()) << ": " << sql;
+  // From now on every such statement ("INSERT", "UPDATE", "DELETE") on a table's rows fails.
+  void refuse(const std::string& action, const std::string& table) const {
+    if (onServer())
+      execute(
+          "CREATE FUNCTION refuse() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE EXCEPTION "
+          "'no'; END $$; CREATE TRIGGER refuse BEFORE " +
+          action + " ON \"" + table + "\" FOR EACH ROW EXECUTE FUNCTION refuse()");
+    else
+      execute("CREATE TRIGGER refuse BEFORE " + action + " ON \"" + table +
+              "\" BEGIN SELECT RAISE(ABORT, 'no'); END");
+  }
+  void allowAgain(const std::string& table) const {
+    execute(onServer() ? "DROP TRIGGER refuse ON \"" + table + "\"" : "DROP TRIGGER refuse");
   }
 
  private:
+  void execute(const std::string& sql) const {
+    if (onServer()) {
+      TestServer::run(path_, sql);
+      return;
+    }
+    EXPECT_EQ(sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(database_.get()) << ": " << sql;
+  }
+  [[nodiscard]] std::vector<std::string> lines(const std::string& sql) const {
+    std::vector<std::string> out;
+    std::istringstream in(TestServer::run(path_, sql));
+    for (std::string line; std::getline(in, line);) out.push_back(line);
+    return out;
+  }
+
   struct Closer {
     void operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
   };
+  std::string path_;
   std::unique_ptr<sqlite3, Closer> database_;
 };
 

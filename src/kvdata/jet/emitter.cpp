@@ -155,7 +155,11 @@ class Writer {
       case ExprKind::Null: return "NULL";
       case ExprKind::Truth: return e.flag ? "-1" : "0";
       case ExprKind::Column: return column(e.table, e.column);
-      case ExprKind::Negate: return "(-" + value(*e.args[0]) + ")";
+      case ExprKind::Negate: {
+        const std::string number = value(*e.args[0]);
+        // Two signs side by side would begin a comment.
+        return (number.starts_with('-') ? "(- " : "(-") + number + ")";
+      }
       case ExprKind::Binary: {
         const auto sides = values(e);
         return fmt::format("({} {} {})", sides.first, opText(e.op), sides.second);
@@ -525,15 +529,28 @@ class Writer {
     return out;
   }
 
+  // The groups of a grouped select, and its outputs. Constants alone make one group of any rows and
+  // none of no rows, which is why they cannot be left out; as they stand, an engine would take them
+  // for ordinals. HAVING alone makes one group always, which engines believe only where something
+  // is aggregated.
+  std::vector<const Expr*> grouped(const BoundSelect& s, Shape& shape) {
+    std::vector<const Expr*> groups;
+    for (const auto& g : s.syntax->groupBy) groups.push_back(g.get());
+    shape.group = groupKeys(groups);
+    if (shape.group.empty() && !groups.empty()) shape.group.emplace_back("(0 + 0)");
+    setGroups(groups);
+    shape.list = outputs(s);
+    if (groups.empty() && std::all_of(s.outputs.begin(), s.outputs.end(),
+                                      [](const Output& o) { return isConstant(*o.expr); }))
+      shape.list[0] = "CASE WHEN COUNT(*) >= 0 THEN " + shape.list[0] + " END";
+    return groups;
+  }
+
   std::string whole(const BoundSelect& s) {
     Shape shape;
     if (s.syntax->distinct == Distinct::Values) return distinct(s);
     if (s.grouped) {
-      std::vector<const Expr*> groups;
-      for (const auto& g : s.syntax->groupBy) groups.push_back(g.get());
-      shape.group = groupKeys(groups);
-      setGroups(groups);
-      shape.list = outputs(s);
+      const auto groups = grouped(s, shape);
       shape.order = orderBy(s.order);
       for (const auto* g : groups)
         if (!isConstant(*g)) append(shape.ties, *g, false);
@@ -550,16 +567,13 @@ class Writer {
     std::vector<const Expr*> all;
     for (const auto& o : s.outputs) all.push_back(o.expr);
     Shape shape;
-    if (!s.grouped) shape.group = groupKeys(all);
     if (s.grouped) {
-      std::vector<const Expr*> groups;
-      for (const auto& g : s.syntax->groupBy) groups.push_back(g.get());
-      shape.group = groupKeys(groups);
-      setGroups(groups);
+      grouped(s, shape);
     } else {
+      shape.group = groupKeys(all);
       setGroups(all);
+      shape.list = outputs(s);
     }
-    shape.list = outputs(s);
     if (s.grouped && !s.syntax->top) return distinctGroups(s, std::move(shape), all);
     const bool plain = !s.grouped && shape.group.empty();
     shape.order = orderBy(s.order);

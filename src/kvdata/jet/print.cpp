@@ -7,7 +7,10 @@ namespace kv::jet {
 
 namespace {
 
-std::string bracketed(const std::string& name) { return "[" + name + "]"; }
+// A name that holds the closing bracket was written between backticks.
+std::string bracketed(const std::string& name) {
+  return name.find(']') == std::string::npos ? "[" + name + "]" : "`" + name + "`";
+}
 
 class Printer {
  public:
@@ -73,8 +76,12 @@ class Printer {
   }
 
   std::string from(const TableRef& t) {
+    // A comma binds less than a join does, and from the left.
+    const auto side = [&](const TableRef& s) {
+      return s.kind == TableRef::Kind::Cross ? "(" + from(s) + ")" : from(s);
+    };
     const auto joined = [&](std::string_view word) {
-      return fmt::format("({} {} {} On {})", from(*t.left), word, from(*t.right), expr(*t.on));
+      return fmt::format("({} {} {} On {})", side(*t.left), word, side(*t.right), expr(*t.on));
     };
     switch (t.kind) {
       case TableRef::Kind::Table:
@@ -82,7 +89,7 @@ class Printer {
       case TableRef::Kind::Inner: return joined("Inner Join");
       case TableRef::Kind::Left: return joined("Left Join");
       case TableRef::Kind::Right: return joined("Right Join");
-      case TableRef::Kind::Cross: return from(*t.left) + ", " + from(*t.right);
+      case TableRef::Kind::Cross: return from(*t.left) + ", " + side(*t.right);
     }
     return {};
   }

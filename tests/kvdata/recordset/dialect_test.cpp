@@ -176,6 +176,22 @@ TEST_F(Dialect, Groups) {
             "True|Etude, False|eta");
 }
 
+// Constants make one group of any rows and none of no rows; a condition on groups alone makes one.
+TEST_F(Dialect, GroupsOfEverything) {
+  EXPECT_EQ(list("Select Count(*) From Documents Group By 'all'"), "6");
+  EXPECT_EQ(list("Select 11 From Documents Group By 5"), "11");
+  EXPECT_EQ(list("Select Count(*) From Documents Where ID < 0 Group By 'all'"), "");
+  EXPECT_EQ(list("Select Count(*) From Documents Where ID < 0"), "0");
+  EXPECT_EQ(list("Select 11, 'x' From Documents Having Count(*) > 5"), "11|x");
+  EXPECT_EQ(list("Select Distinct 11 From Documents Having 1 = 1"), "11");
+  EXPECT_EQ(list("Select 11 From Documents Having Max(ID) < -True"), "");
+}
+
+TEST_F(Dialect, SignsInARow) {
+  EXPECT_EQ(list("Select - -True, 1--True, -(-ID) From Documents Where ID = --True - -3"),
+            "-1|0|2");
+}
+
 TEST_F(Dialect, Top) {
   EXPECT_EQ(list("Select Top 2 ID From Documents Order By CurrentRevID Desc"), "1, 5");
   EXPECT_EQ(list("Select Top 1 ID From Documents Order By CurrentRevID Desc"), "1, 5")

@@ -1,0 +1,34 @@
+#include "cli/revision_lookup.h"
+
+#include "cli/document_access.h"
+#include "common/error.h"
+#include "kvdata/recordset/text_field.h"
+
+namespace kv::cli {
+
+FoundRevision findRevision(const Session& session, std::int32_t revision) {
+  FoundRevision found{.row = session->Revision()->GetRevRS(revision), .documentId = {}};
+  const bool there = found.row->RecordCount() > 0;
+  if (there) found.documentId = fieldText(*found.row, "DocumentID");
+  if (!there || isHidden(session, found.documentId))
+    throw Error(kInvalidCall, "kvvesk", "There is no revision " + std::to_string(revision) + ".");
+  found.owned = isOwner(session, found.documentId);
+  return found;
+}
+
+std::string statusText(const Session& session, std::int32_t revision) {
+  std::string document, level, user1, user2, effective, description, location, status;
+  std::int16_t routing = 0;
+  std::int16_t code = 0;
+  Ref<Recordset> approvals;
+  try {
+    (void)session->Revision()->LoadRevisionData(revision, document, routing, code, level, user1,
+                                                user2, effective, description, location, status,
+                                                approvals);
+  } catch (const Error& e) {
+    return "(" + e.description() + ")";
+  }
+  return status;
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,184 @@
+// kvvesk queries: saved document queries and the lists they give.
+
+#include <nlohmann/json.hpp>
+
+#include "cli/verb_register.h"
+
+namespace kv {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::StartsWith;
+using Rows = std::vector<std::string>;
+
+class QueryVerbs : public test::VerbTest {
+ protected:
+  [[nodiscard]] std::string condition(const std::string& query) const {
+    return json::parse(reg_.done("queries show", {query, "--json"}))["rows"][0][3];
+  }
+  // The identifiers that a query lists.
+  [[nodiscard]] std::string listed(const std::string& query) const {
+    const auto answer =
+        json::parse(reg_.done("documents", {"--query", query, "--fields", "DocumentID", "--json"}));
+    std::string out;
+    for (const auto& row : answer["rows"]) out += row[0].get<std::string>() + " ";
+    return out;
+  }
+};
+
+TEST_F(QueryVerbs, ShowsAllAndOne) {
+  EXPECT_EQ(reg_.done("queries show"),
+            "QueryID  QueryName      Kind  Condition\n"
+            "-------  -------------  ----  ---------------------------------\n"
+            "      1  All documents  all\n"
+            "      2  Plans          all   Where DocumentTitle Like '%plan%'\n"
+            "(2 rows)\n");
+  EXPECT_EQ(reg_.done("queries show", {"plans"}),
+            "QueryID    2\n"
+            "QueryName  Plans\n"
+            "Kind       all\n"
+            "Condition  Where DocumentTitle Like '%plan%'\n");
+  EXPECT_EQ(reg_.done("queries show", {"2", "--csv"}),
+            "\"QueryID\",\"QueryName\",\"Kind\",\"Condition\"\r\n2,\"Plans\",\"all\",\"Where "
+            "DocumentTitle Like '%plan%'\"\r\n");
+  EXPECT_EQ(json::parse(reg_.done("queries show", {"--json"}))["rows"].size(), 2U);
+}
+
+TEST_F(QueryVerbs, AQueryWithoutAConditionThatCanBeToldDoesNotHideTheOthers) {
+  reg_.execute("Update DocumentQuerys Set Field1Key = Null Where QueryID = 2");
+  EXPECT_THAT(reg_.done("queries show"), HasSubstr("(Invalid use of Null)\n(2 rows)\n"));
+}
+
+TEST_F(QueryVerbs, AddsAQueryWithCriteria) {
+  EXPECT_EQ(reg_.done("queries add", {"Bert's", "--kind", "controlled", "--where", "title",
+                                      "contains", "'s", "--where", "DocumentNumber", "<>", "-3"}),
+            "added the query 3, Bert's\n");
+  EXPECT_EQ(condition("Bert's"),
+            "Where Controlled <> 0 and DocumentTitle Like '%''s%' and DocumentNumber <> '-3'");
+  EXPECT_EQ(listed("Bert's"), "D1 ");
+  EXPECT_EQ(json::parse(reg_.done("queries add", {"documents", "--json"})),
+            json::parse(R"({"columns":["QueryID"],"rows":[[4]]})"))
+      << "the name of a verb is a name like any other";
+  EXPECT_EQ(listed("documents"), "D2 D1 D3 ");
+}
+
+TEST_F(QueryVerbs, EveryColumnAndOperator) {
+  (void)reg_.done("queries add",
+                  {"All columns", "--where", "title",    "=",  "a", "--where", "number", "contains",
+                   "b",           "--where", "field1",   ">",  "c", "--where", "field2", "<",
+                   "d",           "--where", "DocUser3", "<>", "e", "--where", "field4", "=",
+                   "f",           "--where", "level",    "<>", "g"});
+  EXPECT_EQ(condition("All columns"),
+            "Where DocumentTitle = 'a' and DocumentNumber Like '%b%' and DocUser1 > 'c' and "
+            "DocUser2 < 'd' and DocUser3 <> 'e' and DocUser4 = 'f' and Documents.RevisionLevel <> "
+            "'g'");
+  EXPECT_EQ(reg_.value("Select Rev1, Rev1Key, Field7 From DocumentQuerys Where QueryID = 3"),
+            "g|4|g")
+      << "reports read the level elsewhere";
+  const std::map<std::string, std::string> byTitle = {
+      {"=", "D2 "}, {"contains", "D2 "}, {">", "D1 D3 "}, {"<", ""}, {"<>", "D1 D3 "}};
+  for (const auto& [op, documents] : byTitle) {
+    (void)reg_.done("queries add", {"by " + op, "--where", "TITLE", op, "budget"});
+    EXPECT_EQ(listed("by " + op), documents) << op;
+  }
+}
+
+TEST_F(QueryVerbs, DatesAreSearchedByDayAndRange) {
+  const auto query = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), {"Dates"});
+    if (reg_.value("Select Count(*) From DocumentQuerys") == "2")
+      (void)reg_.done("queries add", words);
+    else
+      (void)reg_.done("queries edit", words);
+    return condition("Dates") + ": " + listed("Dates");
+  };
+  EXPECT_EQ(query({"--on", "2001-03-09"}), "Where Documents.EffectiveDate = #3/9/2001#: D1 ");
+  EXPECT_EQ(query({"--after", "2001-03-09"}), "Where Documents.EffectiveDate > #3/9/2001#: D2 ");
+  EXPECT_EQ(query({"--before", "4/1/2002"}), "Where Documents.EffectiveDate < #4/1/2002#: D1 ");
+  EXPECT_EQ(
+      query({"--after", "2001-03-09", "--before", "2002-04-01"}),
+      "Where Documents.EffectiveDate > #3/9/2001# and Documents.EffectiveDate < #4/1/2002#: ");
+  EXPECT_EQ(query({"--after", "2001-03-08", "--before", "2002-04-02"}),
+            "Where Documents.EffectiveDate > #3/8/2001# and Documents.EffectiveDate < #4/2/2002#: "
+            "D2 D1 ");
+  EXPECT_EQ(query({"--drop", "effective"}), ": D2 D1 D3 ");
+}
+
+TEST_F(QueryVerbs, KindsAreControlledUncontrolledAndAll) {
+  (void)reg_.done("queries edit", {"Plans", "--drop", "title", "--kind", "uncontrolled"});
+  EXPECT_EQ(listed("Plans"), "D3 ");
+  EXPECT_THAT(reg_.done("queries show", {"Plans"}), HasSubstr("Kind       uncontrolled\n"));
+  (void)reg_.done("queries edit", {"Plans", "--kind", "controlled"});
+  EXPECT_EQ(listed("Plans"), "D2 D1 ");
+  (void)reg_.done("queries edit", {"Plans", "--kind", "all"});
+  EXPECT_EQ(listed("Plans"), "D2 D1 D3 ");
+}
+
+TEST_F(QueryVerbs, ChangesWhatIsGivenAndNothingElse) {
+  EXPECT_EQ(reg_.done("queries edit", {"Plans", "--name", "PLANS", "--where", "level", "=", "A"}),
+            "changed the query 2\n");
+  EXPECT_EQ(condition("2"), "Where DocumentTitle Like '%plan%' and Documents.RevisionLevel = 'A'");
+  EXPECT_EQ(reg_.value("Select QueryName From DocumentQuerys Where QueryID = 2"), "PLANS");
+  EXPECT_EQ(reg_.done("queries edit", {"2", "--drop", "level", "--drop", "Title", "--csv"}),
+            "\"QueryID\"\r\n2\r\n");
+  EXPECT_EQ(condition("2"), "");
+  EXPECT_EQ(reg_.value("Select Field1, Field1Key, Rev1, Rev1Key, Field7 From DocumentQuerys Where "
+                       "QueryID = 2"),
+            "~|~|~|~|~");
+}
+
+TEST_F(QueryVerbs, DeletesAQuery) {
+  EXPECT_EQ(reg_.done("queries delete", {"Plans"}), "deleted the query 2\n");
+  EXPECT_EQ(reg_.rows("Select QueryID From DocumentQuerys"), Rows{"1"});
+}
+
+TEST_F(QueryVerbs, ANameIsGivenOnce) {
+  const std::string taken = "error 5 (kvvesk): There is a document query 'plans' already.\n";
+  EXPECT_EQ(refused("Anna", "queries add", {"plans"}), taken);
+  EXPECT_EQ(refused("Anna", "queries edit", {"1", "--name", "plans", "--kind", "all"}), taken);
+  (void)reg_.done("queries add", {"1", "--where", "title", "=", "x"});
+  EXPECT_EQ(condition("1"), "") << "a number goes before a name";
+  EXPECT_EQ(reg_.done("queries edit", {"3", "--name", "1"}), "changed the query 3\n");
+}
+
+TEST_F(QueryVerbs, WhatIsNotThereIsNotFound) {
+  for (const char* query : {"Bert's", "99", "", "-1", "1x"}) {
+    const std::string none =
+        "error 5 (kvvesk): There is no document query '" + std::string(query) + "'.\n";
+    EXPECT_EQ(refused("Anna", "queries show", {"--", query}), none);
+    EXPECT_EQ(refused("Anna", "queries edit", {"--kind", "all", "--", query}), none);
+    EXPECT_EQ(refused("Anna", "queries delete", {"--", query}), none);
+  }
+  EXPECT_THAT(refused("Anna", "queries add", {std::string(101, 'x')}), StartsWith("error 3421"));
+  EXPECT_THAT(refused("Anna", "queries add", {"x", "--where", "title", "=", std::string(256, 'x')}),
+              StartsWith("error 3421"));
+}
+
+TEST_F(QueryVerbs, WrongUsageEndsWithTwo) {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> wrong = {
+      {"queries", {}},
+      {"queries add", {}},
+      {"queries add", {""}},
+      {"queries add", {"x", "--where", "colour", "=", "red"}},
+      {"queries add", {"x", "--where", "title", "like", "red"}},
+      {"queries add", {"x", "--where", "title", "="}},
+      {"queries add", {"x", "--where", "title", "=", ""}},
+      {"queries add", {"x", "--where", "effective", "=", "2024-03-09"}},
+      {"queries add", {"x", "--where", "title", "=", "a", "--where", "DocumentTitle", "=", "b"}},
+      {"queries add", {"x", "--on", "soon"}},
+      {"queries add", {"x", "--on", "2024-03-09", "--before", "2024-03-09"}},
+      {"queries add", {"x", "--kind", "secured"}},
+      {"queries add", {"x", "--drop", "title"}},
+      {"queries edit", {"Plans"}},
+      {"queries edit", {"Plans", "--name", ""}},
+      {"queries edit", {"Plans", "--drop", "colour"}},
+      {"queries edit", {"Plans", "--drop", "title", "--where", "title", "=", "x"}},
+      {"queries edit", {"Plans", "--drop", "effective", "--on", "2024-03-09"}},
+      {"queries delete", {}}};
+  for (const auto& [verb, words] : wrong)
+    EXPECT_NE(refused("Anna", verb, words, 2), "") << verb << ' ' << testing::PrintToString(words);
+}
+
+}  // namespace
+}  // namespace kv

@@ -1,0 +1,255 @@
+// docs/rights-of-verbs.md says which right each verb asks for. Every row of its table is carried
+// out as it stands there.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+
+#include "cli/verb_register.h"
+#include "rights/rights.h"
+
+namespace kv {
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct NumberedRight {
+  int number = 0;
+  std::string text;
+};
+
+struct Row {
+  std::string what;
+  Words command;
+  std::vector<NumberedRight> userRights;  // all of them are needed
+  std::string forAdministrators;          // what others are told
+  bool everyOwner = false;
+  std::optional<NumberedRight> ownerRight;
+};
+
+Words partedBy(const std::string& text, const std::string& separator) {
+  Words out;
+  std::size_t from = 0;
+  for (std::size_t at = 0; (at = text.find(separator, from)) != std::string::npos;
+       from = at + separator.size())
+    out.push_back(text.substr(from, at - from));
+  out.push_back(text.substr(from));
+  return out;
+}
+
+NumberedRight numbered(const std::string& text) {
+  NumberedRight right;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), right.number);
+  EXPECT_EQ(error, std::errc()) << text;
+  right.text = std::string(end + 1);
+  return right;
+}
+
+std::string bare(std::string cell) {
+  cell.erase(0, cell.find_first_not_of(' '));
+  cell.erase(cell.find_last_not_of(' ') + 1);
+  return cell;
+}
+
+std::vector<Row> rowsOfTheTable() {
+  std::istringstream lines(test::contents(KVVESK_SOURCE "/docs/rights-of-verbs.md"));
+  std::vector<Row> rows;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("| ") || line.starts_with("| What |")) continue;
+    Words cells = partedBy(line, "|");
+    EXPECT_EQ(cells.size(), 6U) << line;
+    for (auto& cell : cells) cell = bare(cell);
+    Row row;
+    row.what = cells[1];
+    row.command = partedBy(cells[2].substr(1, cells[2].size() - 2), " ");
+    EXPECT_EQ(row.command.front(), "kvvesk") << line;
+    row.command.erase(row.command.begin());
+    const std::string administrators = "Administrators: ";
+    if (cells[3].starts_with(administrators))
+      row.forAdministrators = cells[3].substr(administrators.size());
+    else if (cells[3] != "Everybody")
+      for (const auto& right : partedBy(cells[3], "<br>"))
+        row.userRights.push_back(numbered(right));
+    row.everyOwner = cells[4] == "Every owner";
+    if (!row.everyOwner && !cells[4].empty()) row.ownerRight = numbered(cells[4]);
+    rows.push_back(std::move(row));
+  }
+  return rows;
+}
+
+// One run of a row's command on a register of its own.
+struct Attempt {
+  std::string user = "Bert";
+  std::vector<int> rights = {};
+  std::vector<int> ownerRights = {};
+  bool owner = false;
+
+  struct Result {
+    test::Outcome outcome;
+    bool changed;
+  };
+  [[nodiscard]] Result run(const Row& row) const {
+    const test::VerbRegister reg;
+    reg.setRights("User902", rights);
+    reg.setOwnerRights(ownerRights);
+    if (owner) reg.own("D1", "User902");
+    const std::map<std::string, std::string> stand = {
+        {"REGISTER", reg.path()},
+        {"DOCUMENT", "D1"},
+        {"REVISION", "902"},
+        {"QUERY", "Plans"},
+        {"TEXT", "Text"},
+        {"DATE", "2024-03-09"},
+        {"COLUMN", "DocumentNumber"},
+        {"FILE", reg.path()},
+        {"USER", "Carla"},
+        {"SELF", user},
+        {"NUMBERS", "1-3"},
+        {"OTHERS", "4"},
+        {"KEY", "Revision"},
+        {"STATEMENT", "Select 1"},
+        {"FOLDER", KVVESK_SOURCE "/examples/register"}};
+    Words words;
+    for (const auto& word : row.command) {
+      const auto found = stand.find(word);
+      words.push_back(found == stand.end() ? word : found->second);
+    }
+    words.insert(words.end(), {"--user", user});
+    const auto before = reg.everything();
+    auto outcome =
+        test::run({.arguments = std::move(words), .environment = {{"KVVESK_NEW_PASSWORD", "new"}}});
+    return {std::move(outcome), reg.everything() != before};
+  }
+
+  void isDone(const Row& row) const {
+    const auto [outcome, changed] = run(row);
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+  }
+  void isRefused(const Row& row, const std::string& text) const {
+    const auto [outcome, changed] = run(row);
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.err, test::denied(text));
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_FALSE(changed);
+  }
+};
+
+std::vector<int> allRights() {
+  std::vector<int> all;
+  for (int n = 1; n <= kLastUserRight; ++n) all.push_back(n);
+  return all;
+}
+
+TEST(RightsOfVerbs, UserRightsAreAskedForAsTheTableSays) {
+  for (const auto& row : rowsOfTheTable()) {
+    SCOPED_TRACE(row.what);
+    if (!row.forAdministrators.empty()) {
+      Attempt{.rights = allRights(), .ownerRights = {}}.isRefused(row, row.forAdministrators);
+      Attempt{.user = "Anna"}.isDone(row);
+      continue;
+    }
+    std::vector<int> all;
+    for (const auto& right : row.userRights) {
+      EXPECT_EQ(right.text, userRightText(static_cast<std::int16_t>(right.number)));
+      all.push_back(right.number);
+    }
+    Attempt{.rights = all}.isDone(row);
+    if (!row.userRights.empty()) Attempt{}.isRefused(row, row.userRights.front().text);
+    if (row.userRights.size() < 2) continue;
+    for (const auto& missing : row.userRights) {
+      std::vector<int> others = allRights();
+      std::erase(others, missing.number);
+      Attempt{.rights = others}.isRefused(row, missing.text);
+    }
+  }
+}
+
+TEST(RightsOfVerbs, NoOtherRightDoesInstead) {
+  for (const auto& row : rowsOfTheTable()) {
+    if (row.userRights.size() != 1) continue;
+    SCOPED_TRACE(row.what);
+    std::vector<int> others = allRights();
+    std::erase(others, row.userRights.front().number);
+    // Who holds it is an owner, with the rights of owners: none here.
+    if (row.ownerRight || !row.everyOwner) std::erase(others, urActAsDocumentOwner);
+    Attempt{.rights = others}.isRefused(row, row.userRights.front().text);
+  }
+}
+
+TEST(RightsOfVerbs, OwnersNeedTheOwnerRight) {
+  std::vector<int> all;
+  for (int n = 1; n <= orRemoveFromUserPersonal; ++n) all.push_back(n);
+  for (const auto& row : rowsOfTheTable()) {
+    SCOPED_TRACE(row.what);
+    if (row.everyOwner) {
+      Attempt{.owner = true}.isDone(row);
+    } else if (row.ownerRight) {
+      const auto& [number, text] = *row.ownerRight;
+      EXPECT_EQ(text, ownerRightText(static_cast<std::int16_t>(number)));
+      Attempt{.ownerRights = {number}, .owner = true}.isDone(row);
+      Attempt{.rights = {urActAsDocumentOwner}, .ownerRights = {number}}.isDone(row);
+      std::vector<int> others = all;
+      std::erase(others, number);
+      Attempt{.ownerRights = others, .owner = true}.isRefused(row, text);
+      Attempt{.ownerRights = all}.isRefused(row, row.userRights.front().text);
+      Attempt{.rights = {row.userRights.front().number}, .owner = true}.isDone(row);
+    } else if (!row.userRights.empty()) {
+      Attempt{.ownerRights = all, .owner = true}.isRefused(row, row.userRights.front().text);
+    }
+  }
+}
+
+// The names listed under a heading of a help text, each at the beginning of its line.
+std::set<std::string> listedIn(const std::string& help, const std::string& heading) {
+  std::set<std::string> out;
+  std::istringstream lines(help);
+  bool inside = false;
+  for (std::string line; std::getline(lines, line);) {
+    if (line == heading) {
+      inside = true;
+    } else if (inside && line.empty()) {
+      return out;
+    } else if (inside && line.size() > 2 && line[2] != ' ') {
+      const std::string name = line.substr(2, line.find(' ', 2) - 2);
+      out.insert(name.substr(name.find(',') == std::string::npos ? 0 : name.find(',') + 1));
+    }
+  }
+  return out;
+}
+
+TEST(RightsOfVerbs, NoVerbAndNoOptionIsMissing) {
+  std::map<std::string, std::set<std::string>> paired;
+  for (const auto& row : rowsOfTheTable()) {
+    std::string verb = row.command[0];
+    if (listedIn(test::run({verb, "--help"}).out, "Subcommands:").contains(row.command[1]))
+      verb += " " + row.command[1];
+    for (const auto& word : row.command)
+      if (word.starts_with("--")) paired[verb].insert(word);
+    paired[verb];
+  }
+  // Those that say who asks and how the answer looks.
+  const std::set<std::string> common = {"--help", "--user", "--trace",
+                                        "--csv",  "--json", "--jsonl"};
+  const auto check = [&](const std::string& verb, const std::string& help) {
+    ASSERT_TRUE(paired.contains(verb)) << verb;
+    for (const auto& option : listedIn(help, "Options:"))
+      EXPECT_TRUE(common.contains(option) || paired[verb].contains(option))
+          << verb << ' ' << option;
+  };
+  for (const auto& verb : listedIn(test::run({"--help"}).out, "Subcommands:")) {
+    if (verb == "new") continue;  // there is no register to ask yet
+    const std::string help = test::run({verb, "--help"}).out;
+    const auto parts = listedIn(help, "Subcommands:");
+    if (parts.empty()) check(verb, help);
+    for (const auto& part : parts) check(verb + " " + part, test::run({verb, part, "--help"}).out);
+  }
+}
+
+}  // namespace
+}  // namespace kv
