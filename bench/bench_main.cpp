@@ -1,12 +1,14 @@
 // Runs the benchmarks and prints, for every pair of "name/kvvesk" and "name/floor", the ratio of
-// their times. Each is repeated, in random order among the others, and the medians are compared, so
-// that a drifting machine harms both alike.
+// their times, as a table in Markdown. Each is repeated, in random order among the others, and the
+// medians are compared, so that a drifting machine harms both alike.
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -20,21 +22,22 @@ class RatioReporter : public benchmark::BenchmarkReporter {
       if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
       const std::string name = run.run_name.function_name;
       const auto slash = name.rfind('/');
-      std::string key = name.substr(0, slash);
-      if (!run.run_name.args.empty()) key += " (" + run.run_name.args + ")";
+      const auto& size = run.run_name.args;
+      const Key key{name.substr(0, slash), size.empty() ? 0 : std::stol(size)};
       const double seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
-      if (std::find(order_.begin(), order_.end(), key) == order_.end()) order_.push_back(key);
       times_[key][name.substr(slash + 1)].push_back(seconds);
     }
   }
 
   void Finalize() override {
-    fmt::print("{:<46} {:>12} {:>12} {:>7}\n", "operation (documents)", "kvvesk", "floor", "ratio");
-    for (const auto& key : order_) {
-      auto& both = times_[key];
+    constexpr const char* row = "| {:<38} | {:>9} | {:>10} | {:>10} | {:>5} |\n";
+    fmt::print(fmt::runtime(row), "operation", "documents", "kvvesk", "floor", "ratio");
+    fmt::print("|{:-<40}|{:->10}:|{:->11}:|{:->11}:|{:->6}:|\n", "", "", "", "", "");
+    for (auto& [key, both] : times_) {
       const double ours = median(both["kvvesk"]);
       const double floor = median(both["floor"]);
-      fmt::print("{:<46} {:>12} {:>12} {:>7.2f}\n", key, shown(ours), shown(floor), ours / floor);
+      fmt::print(fmt::runtime(row), key.first, key.second > 0 ? std::to_string(key.second) : "",
+                 shown(ours), shown(floor), fmt::format("{:.2f}", ours / floor));
     }
   }
 
@@ -49,8 +52,9 @@ class RatioReporter : public benchmark::BenchmarkReporter {
     return fmt::format("{:.2f} us", seconds * 1e6);
   }
 
-  std::vector<std::string> order_;
-  std::map<std::string, std::map<std::string, std::vector<double>>> times_;
+  // Name and how many documents there are; runs come in random order, the table in this one.
+  using Key = std::pair<std::string, long>;
+  std::map<Key, std::map<std::string, std::vector<double>>> times_;
 };
 
 }  // namespace

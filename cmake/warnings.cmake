@@ -25,3 +25,7 @@ if(KVVESK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+# Here, not beside the targets: the whole library is to be watched.
+if(KVVESK_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,5 +1,6 @@
 #include "cli/column_list.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "common/text.h"

@@ -17,8 +17,9 @@ Labels labelsIn(const std::shared_ptr<Database>& database, const std::string& ta
   Labels labels;
   if (rs->RecordCount() == 0) return labels;
   for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
+    const std::string& column = rs->Fields(i)->Name();
     std::string label = joinText(rs->Fields(i)->Value());
-    if (!label.empty()) labels.emplace(rs->Fields(i)->Name(), std::move(label));
+    if (!label.empty() && !equalNoCase(label, column)) labels.emplace(column, std::move(label));
   }
   return labels;
 }

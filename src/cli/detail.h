@@ -14,7 +14,8 @@ namespace kv::cli {
 // What a register calls its fields, by column.
 using Labels = std::map<std::string, std::string>;
 
-// The labels kept in the one row of a configuration table; none for a column without one.
+// The labels kept in the one row of a configuration table; none for a column that has no other name
+// than its own.
 [[nodiscard]] Labels labelsIn(const std::shared_ptr<Database>& database, const std::string& table);
 
 // The current row of a set of one row: as a table one field per line, whole texts, with its label

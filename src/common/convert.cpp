@@ -39,7 +39,15 @@ Whole toWhole(const Variant& value) {
   return static_cast<Whole>(rounded);
 }
 
-// Reads a decimal number at the start of `text`; `end` receives where it stops.
+// Whether a number that no double can hold is too close to zero for one, not too large.
+bool isTiny(std::string_view number) {
+  const auto power = number.find_first_of("eE");
+  if (power != std::string_view::npos) return number[power + 1] == '-';
+  return number.find_first_of("123456789") > number.find('.');
+}
+
+// Reads a decimal number at the start of `text`; `end` receives where it stops. One that is too
+// large gives infinity.
 std::optional<double> readNumber(std::string_view text, std::size_t& end) {
   std::size_t at = 0;
   if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
@@ -64,7 +72,8 @@ std::optional<double> readNumber(std::string_view text, std::size_t& end) {
   double value = 0;
   const auto* const first = text.data() + (plus ? 1 : 0);
   const auto [stop, problem] = std::from_chars(first, text.data() + at, value);
-  if (problem == std::errc::result_out_of_range) raise(kOverflow);
+  if (problem == std::errc::result_out_of_range)
+    return isTiny(text.substr(0, at)) ? 0 : std::numeric_limits<double>::infinity();
   if (problem != std::errc()) return std::nullopt;
   return value;
 }
@@ -74,6 +83,14 @@ std::string_view withoutSpace(std::string_view text) {
   const auto first = text.find_first_not_of(kSpace);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+}
+
+// As parseNumber, with infinity for numbers that are too large.
+std::optional<double> wholeNumber(std::string_view text) {
+  const auto body = withoutSpace(text);
+  std::size_t end = 0;
+  const auto value = readNumber(body, end);
+  return value && end == body.size() ? value : std::nullopt;
 }
 
 }  // namespace
@@ -115,8 +132,9 @@ double toDouble(const Variant& value) {
   if (value.isNull()) raise(kInvalidNull);
   if (value.isEmpty()) return 0;
   if (value.isText()) {
-    const auto number = parseNumber(*value.as<std::string>());
+    const auto number = wholeNumber(*value.as<std::string>());
     if (!number) raise(kTypeMismatch);
+    if (std::isinf(*number)) raise(kOverflow);
     return *number;
   }
   return numberOf(value);
@@ -160,15 +178,15 @@ std::optional<int> compareValues(const Variant& a, const Variant& b) {
 }
 
 std::optional<double> parseNumber(std::string_view text) {
-  const auto body = withoutSpace(text);
-  std::size_t end = 0;
-  const auto value = readNumber(body, end);
-  return value && end == body.size() ? value : std::nullopt;
+  const auto value = wholeNumber(text);
+  return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
 double leadingNumber(std::string_view text) {
   std::size_t end = 0;
-  return readNumber(withoutSpace(text), end).value_or(0);
+  const double value = readNumber(withoutSpace(text), end).value_or(0);
+  if (std::isinf(value)) raise(kOverflow);
+  return value;
 }
 
 double roundHalfEven(double value) noexcept {

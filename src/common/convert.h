@@ -35,11 +35,12 @@ namespace kv {
 [[nodiscard]] std::string numberText(double value);
 [[nodiscard]] std::string numberText(float value);
 
-// A whole text that is one number, blanks around it allowed; nothing otherwise.
+// A whole text that is one number, blanks around it allowed; nothing otherwise, nor for a number
+// too large for a double.
 [[nodiscard]] std::optional<double> parseNumber(std::string_view text);
 
 // The number that the text begins with, blanks skipped; 0 when it begins with none ("12abc" gives
-// 12).
+// 12). Raises 6 for one too large.
 [[nodiscard]] double leadingNumber(std::string_view text);
 
 // Nearest whole number, halves to the even neighbour.

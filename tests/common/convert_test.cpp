@@ -51,6 +51,15 @@ TEST(Convert, NumbersOutOfRangeOverflow) {
   EXPECT_RAISES(kOverflow, (void)toInt16(32767.5));
   EXPECT_RAISES(kOverflow, (void)toInt32(2147483648.0));
   EXPECT_RAISES(kOverflow, (void)toDouble("1e999"));
+  EXPECT_RAISES(kOverflow, (void)leadingNumber("1e999 men"));
+  EXPECT_EQ(parseNumber("-1e999"), std::nullopt);
+}
+
+TEST(Convert, NumbersTooSmallForADoubleAreZero) {
+  EXPECT_EQ(toDouble("1e-999"), 0);
+  EXPECT_EQ(parseNumber("-1.5E-999"), 0);
+  EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1"), 0);
+  EXPECT_RAISES(kOverflow, (void)toDouble(std::string(400, '1') + ".5"));
 }
 
 TEST(Convert, OtherTextIsAMismatch) {

@@ -32,7 +32,8 @@ TEST(ConnectionString, HasSettings) {
 
 TEST(ConnectionString, RefusesWhatItCannotRead) {
   for (const char* bad : {"Data Source=\"a", "Data Source=a;rubbish", "Data Source=\"a\"b",
-                          "Data Source=a;Lock Timeout=soon", "Data Source=a;Page Cache=-1"})
+                          "Data Source=a;Lock Timeout=soon", "Data Source=a;Page Cache=-1",
+                          "Data Source=a;Memory Map=1e999"})
     EXPECT_RAISES(3001, (void)parseConnectionString(bad));
   for (const char* none : {"", "  ", "Data Source=", "Provider=x;Data Source=;"})
     EXPECT_RAISES(3709, (void)parseConnectionString(none));

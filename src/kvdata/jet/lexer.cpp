@@ -1,8 +1,10 @@
 #include "kvdata/jet/lexer.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
+#include "common/convert.h"
 #include "common/date.h"
 #include "common/text.h"
 #include "kvdata/jet/errors.h"
@@ -61,8 +63,8 @@ class Lexer {
 
   void run() {
     if (!isStorableText(text_)) {
-      std::size_t good = 0;  // the longest well-formed head tells where the trouble is
-      while (good < text_.size() && isStorableText(text_.substr(0, good + 1))) ++good;
+      std::size_t good = 0;  // the first character that is none
+      while (const auto length = characterLength(text_.substr(good))) good += length;
       fail(kSyntax, "The statement is not well-formed UTF-8 text.", text_, {good, 0});
     }
     // A token and the blank before it never need more room in the shape than twice what they have
@@ -90,6 +92,14 @@ class Lexer {
   }
 
  private:
+  // Bytes of the character that `text` begins with; 0 where it begins with none.
+  static std::size_t characterLength(std::string_view text) {
+    constexpr std::size_t kLongest = 4;
+    for (std::size_t length = 1; length <= std::min(kLongest, text.size()); ++length)
+      if (isStorableText(text.substr(0, length))) return length;
+    return 0;
+  }
+
   Token& push(TokenKind kind, std::size_t from, std::string_view text) {
     return out_.tokens.emplace_back(Token{kind, text, {from, at_ - from}, -1});
   }
@@ -145,10 +155,9 @@ class Lexer {
       }
     }
     if (literal.kind == LiteralKind::Real) {
-      double real = 0;
-      const auto [stop, problem] = std::from_chars(text.data(), text.data() + text.size(), real);
-      if (problem != std::errc()) fail(kSyntax, "Overflow", text_, {from, text.size()});
-      literal.value = real;
+      const auto real = parseNumber(text);
+      if (!real) fail(kSyntax, "Overflow", text_, {from, text.size()});
+      literal.value = *real;
     }
     lift(TokenKind::Number, from, text, std::move(literal));
   }
@@ -158,7 +167,7 @@ class Lexer {
     const char c = text_[at_++];
     if (c == '.' && at_ < text_.size() && isDigit(text_[at_]) && !afterName()) {
       at_ = from;
-      fraction();
+      number();
       return;
     }
     if (at_ < text_.size()) {
@@ -174,15 +183,6 @@ class Lexer {
     push(TokenKind::Symbol, from, text);
     append(text);
     lastWord_ = false;
-  }
-
-  void fraction() {  // a number that begins with its point
-    const auto from = at_++;
-    while (at_ < text_.size() && isDigit(text_[at_])) ++at_;
-    const auto text = text_.substr(from, at_ - from);
-    double real = 0;
-    std::from_chars(text.data(), text.data() + text.size(), real);
-    lift(TokenKind::Number, from, text, {LiteralKind::Real, real, {from, text.size()}});
   }
 
   [[nodiscard]] bool afterName() const {

@@ -46,6 +46,7 @@ TEST(AssignedLiteral, TakesTheFormOfItsColumn) {
       {"1e39", ColumnType::Single, "error -2147217833"},
       {"0.5", ColumnType::Single, "real 0.500000"},
       {"7", ColumnType::Double, "real 7.000000"},
+      {"'1e999'", ColumnType::Double, "error -2147217913"},
       {"#3/9/2001#", ColumnType::Double, "real 36959.000000"},
       {"#3/9/2001#", ColumnType::Date, "#2001-03-09#"},
       {"'3/9/2001'", ColumnType::Date, "#2001-03-09#"},

@@ -54,6 +54,24 @@ TEST(Lexer, LiteralsHaveTheirValues) {
   EXPECT_EQ(std::get<std::string>(lexed.literals[8].value), "");
 }
 
+TEST(Lexer, NumbersMayBeginWithTheirPointAndHaveAnExponent) {
+  Lexed lexed;
+  lex(".5e3 1.5E-2 1e-999", lexed);
+  ASSERT_EQ(lexed.literals.size(), 3U);
+  EXPECT_EQ(std::get<double>(lexed.literals[0].value), 500);
+  EXPECT_EQ(std::get<double>(lexed.literals[1].value), 0.015);
+  EXPECT_EQ(std::get<double>(lexed.literals[2].value), 0);
+  EXPECT_RAISES(kSyntax, lex("Select 1e999", lexed));
+}
+
+TEST(Lexer, TextThatIsNotUtf8IsRefusedWhereItBegins) {
+  Lexed lexed;
+  const auto error = test::errorOf([&] { lex("Select '\xC3\xA9\xE2\x82\xAC\xFF'", lexed); });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->number(), kSyntax);
+  EXPECT_EQ(error->where().offset, 13U);
+}
+
 TEST(Lexer, WhatLooksLikeSyntaxInALiteralIsText) {
   Lexed lexed;
   lex("Select '? # -- True [x] ;' From T", lexed);
