@@ -2,14 +2,17 @@
 #pragma once
 
 #include <exception>
+#include <string_view>
 
 #include "cli/options.h"
+#include "kvdata/operation.h"
 
 namespace kv::cli {
 
 class ClientTransaction {
  public:
-  // Takes the write lock: what is tested from now on still holds when it is written.
+  // On a file it takes the write lock: what is tested from now on still holds when it is written.
+  // On a server only the rows that are locked do.
   explicit ClientTransaction(const Session& session)
       : connection_(session->DataServer()->Connection()) {
     connection_->BeginTrans();
@@ -25,6 +28,10 @@ class ClientTransaction {
   ClientTransaction& operator=(const ClientTransaction&) = delete;
   ClientTransaction(ClientTransaction&&) = delete;
   ClientTransaction& operator=(ClientTransaction&&) = delete;
+
+  void lock(std::string_view table, std::string_view column = {}, const SqlValue& value = {}) {
+    lockRows(connection_, table, column, value);
+  }
 
   // Without it everything is undone at the end of the scope.
   void commit() {

@@ -91,6 +91,7 @@ int edit(const Options& options, const std::string& document, const DocumentFiel
   const Session session(options);
   ClientTransaction transaction(session);
   const DocumentKey key = findDocument(session, document);
+  transaction.lock("Documents", "DocumentID", key.id);
   editDocument(session, key, fields);
   transaction.commit();
   writeDone(std::cout, "changed the document " + key.id, {{kKey, key.id}}, options.format);
@@ -102,6 +103,7 @@ int remove(const Options& options, const std::string& document) {
   session.requireRight(urdeletedocument);
   ClientTransaction transaction(session);
   const DocumentKey key = findDocument(session, document);
+  transaction.lock("Documents", "DocumentID", key.id);
   session->Document()->Delete(key.joined, true);
   transaction.commit();
   writeDone(std::cout, "deleted the document " + key.id, {{kKey, key.id}}, options.format);

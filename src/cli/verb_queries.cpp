@@ -75,6 +75,7 @@ int add(const Options& options, const std::string& name, const QueryCriteria& cr
   const Session session(options);
   session.requireRight(urCreateNewdocumentquery);
   ClientTransaction transaction(session);
+  transaction.lock("DocumentQuerys");
   requireFreeName(session, name);
   const auto query = session->Document()->AddQuery();
   query->SetQueryValue(kName, name);
@@ -95,6 +96,7 @@ int edit(const Options& options, const std::string& which, const std::optional<s
   const Session session(options);
   session.requireRight(urCreateNewdocumentquery);
   ClientTransaction transaction(session);
+  transaction.lock("DocumentQuerys");
   const auto query = session->Document()->GetQuery(findQuery(session, which));
   if (name) {
     requireFreeName(session, *name, query->id());

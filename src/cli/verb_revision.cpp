@@ -107,6 +107,7 @@ int edit(const Options& options, std::int32_t revision, const RevisionFields& fi
   if (!fields.any()) throw UsageError("nothing to change: give at least one field");
   const Session session(options);
   ClientTransaction transaction(session);
+  transaction.lock("Revisions", "RevisionID", std::int64_t{revision});
   const FoundRevision found = findRevision(session, revision);
   requireRights(session, found.owned, fields);
   const auto& row = *found.row;
@@ -116,6 +117,7 @@ int edit(const Options& options, std::int32_t revision, const RevisionFields& fi
                                 fields.description.value_or(fieldText(row, "ChangeDescription")),
                                 fields.location.value_or(fieldText(row, "Location")),
                                 fields.effective.value_or(fieldText(row, "EffectiveDate")));
+  transaction.lock("Documents", "DocumentID", found.documentId);
   // A document repeats level and date of its revision in force.
   const std::string document = doubledQuotes(found.documentId);
   if (isCurrentOf(session, document, revision)) {
@@ -132,6 +134,7 @@ int edit(const Options& options, std::int32_t revision, const RevisionFields& fi
 int remove(const Options& options, std::int32_t revision) {
   const Session session(options);
   ClientTransaction transaction(session);
+  transaction.lock("Revisions", "RevisionID", std::int64_t{revision});
   const FoundRevision found = findRevision(session, revision);
   requireOwner(found.owned);
   const auto current = static_cast<std::int16_t>(RevisionStatus::Current);

@@ -199,6 +199,7 @@ int edit(const Options& options, const Changes& changes) {
   if (changes.application.any())
     session.requireAdministrator("only administrators may change application options");
   ClientTransaction transaction(session);
+  transaction.lock("VeskConfig");  // one change of rights at a time
   SettingAnswer answer(session);
   if (ofUser) {
     const std::string id = findUser(session.database(), *changes.of);

@@ -14,23 +14,25 @@ Operation::Operation(const Ref<kvConnection>& connection)
 
 Operation::Operation(const Ref<kvConnection>& connection, std::string_view table)
     : Operation(connection) {
-  lock(table, {}, {});
+  lockRows(connection, table);
 }
 
 Operation::Operation(const Ref<kvConnection>& connection, std::string_view table,
                      std::string_view column, const SqlValue& value)
     : Operation(connection) {
-  lock(table, column, value);
+  lockRows(connection, table, column, value);
 }
 
-void Operation::lock(std::string_view table, std::string_view column, const SqlValue& value) {
-  const TableInfo* known = database_.catalog()->find(table);
+void lockRows(const Ref<kvConnection>& connection, std::string_view table, std::string_view column,
+              const SqlValue& value) {
+  Database& database = *connection->database();
+  const TableInfo* known = database.catalog()->find(table);
   if (known == nullptr) raise(kUnknownTable, table);
   const auto place = known->find(column);
   const std::string sql =
-      jet::emitLockRows(*known, place ? &known->columns[*place] : nullptr, database_.dialect());
+      jet::emitLockRows(*known, place ? &known->columns[*place] : nullptr, database.dialect());
   if (sql.empty()) return;
-  auto& statement = database_.rowStatement(sql);
+  auto& statement = database.rowStatement(sql);
   if (const auto* text = std::get_if<std::string>(&value))
     statement.bind(1, foldKey(*text));
   else if (place)

@@ -10,6 +10,12 @@
 
 namespace kv {
 
+// Locks the rows in which `column` has `value`, or all of a table that has one, until the
+// connection's transaction ends. Where a transaction that writes has everything locked, nothing is
+// left to do.
+void lockRows(const Ref<kvConnection>& connection, std::string_view table,
+              std::string_view column = {}, const SqlValue& value = {});
+
 class Operation {
  public:
   // What is tested afterwards still holds when it is written: a file is locked as a whole for its
@@ -39,8 +45,6 @@ class Operation {
   }
 
  private:
-  void lock(std::string_view table, std::string_view column, const SqlValue& value);
-
   Database& database_;
   Transaction transaction_;
 };

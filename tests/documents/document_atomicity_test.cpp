@@ -6,6 +6,7 @@
 #include "common/clock.h"
 #include "common/convert.h"
 #include "documents/document_session.h"
+#include "support/engine_answers.h"
 #include "support/other_user.h"
 #include "support/scale.h"
 
@@ -74,6 +75,7 @@ TEST_F(DocumentFaults, AddTakesItsAdditionBackFromACallersSet) {
   }
   add(document(), rs);
   EXPECT_EQ(rs->RecordCount(), 3);
+  if (!test::countersGoBack()) return;
   EXPECT_EQ(rs->Fields("ID")->Value(), Variant(3)) << "no number was used up";
   EXPECT_EQ(reg_.value("Select Max(RevisionID) From Revisions"), "13");
 }

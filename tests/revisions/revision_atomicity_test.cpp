@@ -5,6 +5,7 @@
 
 #include "common/clock.h"
 #include "revisions/revision_session.h"
+#include "support/engine_answers.h"
 #include "support/other_user.h"
 #include "support/scale.h"
 
@@ -44,7 +45,9 @@ class RevisionFaults : public test::RevisionSession<test::FaultySessionTest> {
 
 TEST_F(RevisionFaults, AddLeavesNothingBehind) {
   EXPECT_EQ(leavesNothingBehind([&] { add(revision()); }), 2);
-  EXPECT_EQ(reg_.value("Select RevisionID From Revisions"), "1") << "no number was used up";
+  if (test::countersGoBack()) {
+    EXPECT_EQ(reg_.value("Select RevisionID From Revisions"), "1") << "no number was used up";
+  }
 }
 
 TEST_F(RevisionFaults, SaveDataLeavesNothingBehind) {
