@@ -82,7 +82,7 @@ class Writer {
   }
 
   ValueKind kindOf(const ParamUse& use) const {
-    if (use.form == ParamUse::Form::Assign) {
+    if (use.column != nullptr) {  // Assign
       switch (use.column->type) {
         case ColumnType::Boolean:
         case ColumnType::Int16:
@@ -738,7 +738,7 @@ SqlText emitInsert(const BoundStatement& bound, const std::vector<Literal>& lite
       else if (o.expr->type)
         list.push_back(dialect.convert(name, *o.expr->type, storedColumn.type));
       else  // nothing but Null
-        list.push_back(storedColumn.type == ColumnType::Boolean ? "0" : "NULL");
+        list.emplace_back(storedColumn.type == ColumnType::Boolean ? "0" : "NULL");
     }
     if (converted) {
       std::string named;
