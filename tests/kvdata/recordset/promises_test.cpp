@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "common/convert.h"
-#include "support/error_check.h"
 #include "support/engine_answers.h"
+#include "support/error_check.h"
 #include "support/test_register.h"
 
 namespace kv {
