@@ -8,6 +8,7 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "common/text_key.h"
+#include "kvdata/sql_text.h"
 #include "kvdata/table_value.h"
 
 namespace kv {
@@ -133,6 +134,22 @@ bool kvUser::setPassword(const std::string& userId, std::string_view password) {
   rs->Fields(0)->Value(password.empty() ? Variant(Null) : Variant(passwords_.hash(password)));
   rs->Update();
   return true;
+}
+
+Ref<kvSender> kvUser::Sender() const {
+  const auto connection = dataServer_->Connection();
+  return connection ? makeRef<kvSender>(connection) : Ref<kvSender>();
+}
+
+void kvUser::CloseAction(const std::string& ID, const Date& Completed,
+                         const Variant& Closed) const {
+  const auto rs =
+      openOwn(databaseOf(dataServer_),
+              "Select DateCompleted, DateClosed From Actions Where ActionID = " + asNumber(ID));
+  if (rs->Eof()) return;
+  rs->Fields("DateCompleted")->Value(Completed);
+  if (!Closed.isEmpty() && !Closed.isNull()) rs->Fields("DateClosed")->Value(toDate(Closed));
+  rs->Update();
 }
 
 Variant kvUser::UserValue(const std::string& UserID, const std::string& FieldName) const {

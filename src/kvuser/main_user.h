@@ -6,6 +6,7 @@
 #include "common/ref.h"
 #include "kvdata/data_server.h"
 #include "kvuser/password.h"
+#include "kvuser/sender.h"
 
 namespace kv {
 
@@ -43,6 +44,12 @@ class kvUser : public Object {
   // The rights text that a log-in gives a user, and whether as an administrator, who holds every
   // right: the user's own, else those of the workgroup. Empty for a user without a profile.
   [[nodiscard]] std::string RightsOf(const std::string& userId, bool& administrator) const;
+
+  // What sends actions to users; nothing while no connection is open.
+  [[nodiscard]] Ref<kvSender> Sender() const;
+  // Records when an action was completed and, when `Closed` is a date, closed. An action that does
+  // not exist is no error. Raises -2147217900 for an ID that is no number.
+  void CloseAction(const std::string& ID, const Date& Completed, const Variant& Closed) const;
 
   // Gives a user a new password, or none for an empty text. False when there is no such user.
   bool setPassword(const std::string& userId, std::string_view password);

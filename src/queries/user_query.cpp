@@ -6,6 +6,7 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "kvdata/sql_text.h"
 
 namespace kv {
 
@@ -66,6 +67,29 @@ clsUserQuery::FieldType clsUserQuery::typeOf(const std::string& field) const {
   const auto code = parseNumber(joinText(type));
   if (code == kNumberType) return FieldType::Number;
   return code == kDateType ? FieldType::Date : FieldType::Text;
+}
+
+void clsUserQuery::requireJoinable() const {
+  for (const char* name : kFields) {
+    const std::string field = name;
+    const Variant& value = criteria_.at(field);
+    if (!applies(value)) continue;
+    const int code = operatorCode(criteria_.at(field + "Operator"));
+    if (code < 0) continue;
+    const auto require = [&](const std::string& text) {
+      const FieldType type = code == kNotEqual ? FieldType::Text : typeOf(field);
+      if (type == FieldType::Text) {
+        (void)inQuotes(text);
+      } else if (type == FieldType::Number) {
+        (void)asNumber(text);
+      } else if (!parseDate(text)) {
+        (void)asNumber(text);  // neither a date nor anything else that may stand between the marks
+      }
+    };
+    require(joinText(value));
+    if (code == kBetween && typeOf(field) != FieldType::Text)
+      require(joinText(criteria_.at(field + "Upper")));
+  }
 }
 
 std::string clsUserQuery::JetSQL() const {

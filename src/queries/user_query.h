@@ -27,6 +27,9 @@ class clsUserQuery : public StoredQuery {
   // For clsVeskUser: takes the field types from the current row of UserConfig. A second call raises
   // 457.
   void LoadFieldTypes(const Ref<Recordset>& rs);
+  // For the same: raises -2147217900 when a value that applies would change the shape of the
+  // statement that JetSQL is joined into.
+  void requireJoinable() const;
 
  private:
   enum class FieldType { Text, Number, Date };

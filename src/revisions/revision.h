@@ -66,7 +66,68 @@ class clsVeskRevision : public Object {
   // Points a copy that a user holds at a revision. The result is always False.
   bool SetUsersRevisionTo(const std::string& ReleaseID, const std::string& RevisionID);
 
+  // ---- approval ----
+
+  // Begins an approval of the revision on which `rs` stands: its approvers are copied from the
+  // document's list, or asked once more, and the first one is sent an action, whatever `sendaction`
+  // says. Without approvers the revision counts as approved. Changes the current row's status; the
+  // caller saves that row. The result is always Empty.
+  Variant RouteForApproval(const Ref<Recordset>& rs, bool sendaction);
+  // Looks where the revision stands with its approvers, `rsApprovals` in their order: rejected by
+  // one, waiting for the first who has not decided, or approved by all. Changes the current row of
+  // `rsrevisions`, which the caller saves, and tells whose turn it is, or the responsible user,
+  // where `sendaction` and the options say so.
+  void NotifyNextapprover(const Ref<Recordset>& rsrevisions, const Ref<Recordset>& rsApprovals,
+                          bool sendaction);
+  // Whether a user may now decide about a revision in an approver's place: administrators always,
+  // owners with the owner right to override while it awaits approval, others for themselves when it
+  // is their turn.
+  [[nodiscard]] bool CanApprove(const std::string& UserID, std::int32_t RevisionID,
+                                const std::string& ApprovingForID);
+  // Records a decision and lets NotifyNextapprover go on. Where approvers decide in order, False
+  // and nothing changed when it is not that approver's turn; otherwise 3021 when he is not on the
+  // list.
+  bool ApproveRevision(const Ref<Recordset>& rsrevisions, const std::string& CurrentUserID,
+                       const std::string& UserApproveForID, const Ref<Recordset>& rsApprovals,
+                       bool sendaction = true);
+  bool RejectRevision(const Ref<Recordset>& rsrevisions, const std::string& CurrentUserID,
+                      const std::string& UserRejectforID, const Ref<Recordset>& rsApprovals,
+                      bool sendaction = true);
+  // An approver's remark; empty text is stored as Null. Does nothing for a user who is not on the
+  // revision's list.
+  void SaveApprovalNotes(const std::string& Notes, const std::string& UserID, std::int32_t RevID);
+  // Puts a revision in force: the one in force before goes out of date, the document takes over
+  // level and date and points at it, and the holders of copies are told where `SendActions` and the
+  // options say so. `rsDocuments` is a set with the document, which keeps its position, or nothing,
+  // in which case it receives one. Saves both rows. Raises kErrorBase + 40 when the document is not
+  // in the set. When a step fails, the steps before it stay done.
+  void SetAsCurrentRevision(const Ref<Recordset>& rsRevision, Ref<Recordset>& rsDocuments,
+                            bool SendActions);
+  // Where the revision on which `rs` stands stands, as lists show it; "" for a status without a
+  // text.
+  [[nodiscard]] std::string RevStatusDescription(const Ref<Recordset>& rs);
+
  private:
+  struct Signature {
+    Variant name;
+    Variant id;
+  };
+  enum class Decision : std::int16_t { Pending = 0, Approved = 1, Rejected = 2 };
+
+  // A setting of the register, as text.
+  [[nodiscard]] std::string setting(const char* key) const;
+  [[nodiscard]] std::string userName(const std::string& userId) const;
+  // Who signs actions, by the setting Originator: `asUser` is the number that stands for the
+  // logged-in user.
+  [[nodiscard]] Signature signature(int asUser) const;
+  // An action with everything that does not depend on what it is about.
+  [[nodiscard]] Ref<Recordset> newAction(int signAsUser) const;
+  void sendTo(const std::string& userId, const std::string& subject, const std::string& description,
+              const Variant& reference);
+  bool decide(Decision decision, bool inOrder, const Ref<Recordset>& rsrevisions,
+              const std::string& currentUser, const std::string& approver,
+              const Ref<Recordset>& rsApprovals, bool sendaction);
+  void tellHolders(Recordset& revision, Recordset& document);
   // What a revision's status is told as; `text` stays for a status that has no text.
   void tellStatus(Recordset& revision, Recordset& approvers, std::string& text);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "common/text.h"
+
 namespace kv {
 
 namespace {
@@ -120,6 +122,12 @@ std::string_view textIn(const Table& table, std::int16_t number) noexcept {
 }
 
 }  // namespace
+
+bool settingIsOn(std::string_view settings, std::int16_t place) noexcept {
+  if (place < 1) return false;
+  const auto at = byteOffset(settings, static_cast<std::size_t>(place) - 1);
+  return at < settings.size() && settings[at] == '1';
+}
 
 std::string_view userRightText(std::int16_t right) noexcept {
   return right > kLastUserRight ? "End" : textIn(kUserRights, right);

@@ -141,6 +141,10 @@ inline constexpr std::int16_t kLastUserRight = urEditOwnUserPassword;
 // The number that makes OwnerAccess pass over the owner override.
 inline constexpr std::int16_t kWithoutOverride = 2000;
 
+// Whether the character at a place of a settings text, counted from 1, is "1". A place beyond the
+// text is off.
+[[nodiscard]] bool settingIsOn(std::string_view settings, std::int16_t place) noexcept;
+
 // The text for a right; "End" beyond the last one, "" for numbers between that are no right. 52 is
 // always told as the workgroup right.
 [[nodiscard]] std::string_view userRightText(std::int16_t right) noexcept;

@@ -20,12 +20,10 @@ void requirePlace(std::int16_t place) {
   if (place < 1) raise(kInvalidCall);
 }
 
-// Whether the character at a place, counted from 1, is "1". There is no default place.
+// There is no default place.
 bool isOn(const Variant& settings, std::int16_t place) {
   requirePlace(place);
-  const std::string text = joinText(settings);
-  const auto at = byteOffset(text, static_cast<std::size_t>(place) - 1);
-  return at < text.size() && text[at] == '1';
+  return settingIsOn(joinText(settings), place);
 }
 
 // The text with one character overwritten; never longer than before.

@@ -90,8 +90,29 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   void SetUserOption(std::int16_t opt, bool Setting);
   void SetAppOption(std::int16_t opt, bool Setting);
 
+  // ---- actions ----
+
+  // An empty free-standing set with the columns of Actions, to be filled and sent.
+  [[nodiscard]] Ref<Recordset> ActionRecord();
+  // Sends the actions of a set to the assignees they name; with `rsUsers` once to every user of
+  // that set, who is written into the current action. All of them or none. The result is what the
+  // sender last gave, Empty when nothing was sent. Raises 2524 when actions cannot be reached.
+  Variant SendActions(const Ref<Recordset>& rsActions, const Ref<Recordset>& rsUsers = {});
+  // The actions that this register has sent to a user, the logged-in one when left out; open ones
+  // only, unless `IncludeClosed`. Raises 2525.
+  [[nodiscard]] Ref<Recordset> GetActions(const std::string& UserID = {},
+                                          bool IncludeClosed = false);
+  // Whether a user has open actions of this register. Raises 2526.
+  [[nodiscard]] bool HasActions(const std::string& UserID);
+  // Records when an action was completed and, when given, closed. The result is always Empty.
+  // Raises 2527.
+  Variant CompleteCloseAction(const std::string& id, const Date& datecompleted,
+                              const Variant& dateclosed = {});
+
  private:
   void requireVersions();
+  // Whether users and their actions can be reached.
+  [[nodiscard]] bool hasActionSystem() const;
   void openUsers();
 
   Ref<kvDataServer> dataServer_;

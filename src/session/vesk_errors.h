@@ -15,4 +15,14 @@ inline constexpr LibraryError kUserDataTooOld{2503, "OpenConnection",
 inline constexpr LibraryError kUnconnected{2505, "Login", "Vesk is unconnected to datasource"};
 inline constexpr LibraryError kWrongPassword{2506, "Login", "UserName or Password is incorrect"};
 
+// Actions cannot be reached; each operation has a code of its own for it.
+inline constexpr LibraryError kNoActionsToSend{2524, "Vesk.SendActions",
+                                               "Unable to connect to Action System"};
+inline constexpr LibraryError kNoActionsToGet{2525, "GetActions",
+                                              "Unable to connect to Action System"};
+inline constexpr LibraryError kNoActionsToHave{2526, "Vesk.HasActions",
+                                               "Unable to connect to Action System"};
+inline constexpr LibraryError kNoActionsToClose{2527, "CompleteCloseAction",
+                                                "Unable to connect to Action System"};
+
 }  // namespace kv

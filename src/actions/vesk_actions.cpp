@@ -1,0 +1,70 @@
+// The root object's operations on actions: things for people to do.
+#include "common/convert.h"
+#include "kvdata/operation.h"
+#include "kvdata/sql_text.h"
+#include "session/vesk.h"
+#include "session/vesk_errors.h"
+
+namespace kv {
+
+bool clsVesk::hasActionSystem() const { return mainUser_ && mainUser_->DataServer()->Connection(); }
+
+Ref<Recordset> clsVesk::ActionRecord() {
+  const auto source = dataServer_->Connection()->OpenRecordset(
+      "Select * From Actions Where ActionID = -1", kKeyset, kPessimistic);
+  auto record = Recordset::create();
+  for (std::int32_t i = 0; i < source->Fields().Count(); ++i) {
+    const auto field = source->Fields(i);
+    record->Fields().Append(field->Name(), field->Type(), field->DefinedSize(),
+                            field->Attributes());
+  }
+  record->CursorType(kKeyset);
+  record->LockType(kOptimistic);
+  record->Open();
+  source->Close();
+  return record;
+}
+
+Variant clsVesk::SendActions(const Ref<Recordset>& rsActions, const Ref<Recordset>& rsUsers) {
+  const auto sender = hasActionSystem() ? mainUser_->Sender() : Ref<kvSender>();
+  if (!sender) raise(kNoActionsToSend);
+  if (!rsUsers) return sender->Send(rsActions);
+  Variant result;
+  if (rsUsers->RecordCount() <= 0) return result;
+  Operation operation(mainUser_->DataServer()->Connection());
+  for (rsUsers->MoveFirst(); !rsUsers->Eof(); rsUsers->MoveNext()) {
+    // Sending has left the set behind its last action.
+    if (rsActions->Eof() && rsActions->RecordCount() > 0) rsActions->MoveLast();
+    rsActions->Fields("AssigneeID")->Value(rsUsers->Fields("UserID")->Value());
+    rsActions->Fields("Assignee")->Value(rsUsers->Fields("UserName")->Value());
+    result = sender->Send(rsActions);
+  }
+  operation.commit();
+  return result;
+}
+
+Ref<Recordset> clsVesk::GetActions(const std::string& UserID, bool IncludeClosed) {
+  if (!hasActionSystem()) raise(kNoActionsToGet);
+  const std::string user = UserID.empty() ? dataServer_->Profile()->UserID() : UserID;
+  const std::string sender = joinText(dataServer_->Config()->Value("DBID"));
+  return GetRecordset("Select * From Actions where Assigneeid = '" + inQuotes(user) +
+                      "' and ReferenceID = '" + inQuotes(sender) +
+                      (IncludeClosed ? "'" : "' and dateclosed is null"));
+}
+
+bool clsVesk::HasActions(const std::string& UserID) {
+  if (!hasActionSystem()) raise(kNoActionsToHave);
+  const std::string sender = joinText(dataServer_->Config()->Value("DBID"));
+  return GetRecordset("Select * From Actions where Assigneeid = '" + inQuotes(UserID) +
+                      "' and ReferenceID = '" + inQuotes(sender) + "' and isnull(dateclosed)")
+             ->RecordCount() > 0;
+}
+
+Variant clsVesk::CompleteCloseAction(const std::string& id, const Date& datecompleted,
+                                     const Variant& dateclosed) {
+  if (!hasActionSystem()) raise(kNoActionsToClose);
+  mainUser_->CloseAction(id, datecompleted, dateclosed);
+  return {};
+}
+
+}  // namespace kv
