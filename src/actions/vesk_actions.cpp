@@ -32,11 +32,15 @@ Variant clsVesk::SendActions(const Ref<Recordset>& rsActions, const Ref<Recordse
   Variant result;
   if (rsUsers->RecordCount() <= 0) return result;
   Operation operation(mainUser_->DataServer()->Connection());
+  if (rsActions->Eof() && rsActions->RecordCount() > 0) rsActions->MoveLast();
+  Variant current;
   for (rsUsers->MoveFirst(); !rsUsers->Eof(); rsUsers->MoveNext()) {
     // Sending has left the set behind its last action.
-    if (rsActions->Eof() && rsActions->RecordCount() > 0) rsActions->MoveLast();
+    if (!current.isEmpty()) rsActions->Bookmark(current);
     rsActions->Fields("AssigneeID")->Value(rsUsers->Fields("UserID")->Value());
     rsActions->Fields("Assignee")->Value(rsUsers->Fields("UserName")->Value());
+    rsActions->Update();
+    current = rsActions->Bookmark();
     result = sender->Send(rsActions);
   }
   operation.commit();

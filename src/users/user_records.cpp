@@ -119,12 +119,12 @@ std::string clsVeskUser::NewUser(const Ref<Recordset>& rs, const std::string& Us
   setFieldOrNull(*rs, "password", Password);
   setFieldOrNull(*rs, "title", title);
   setFieldOrNull(*rs, "email", email);
-  rs->Update();
   const auto profile = oVesk_->GetRecordset("Select * from VeskProfiles Where UserID = '-1'");
   profile->AddNew();
   profile->Fields("UserID")->Value(id);
   profile->Update();
   profile->Close();
+  rs->Update();  // last, so that a failure before it takes the addition back
   operation.commit();
   addition.keep();
   return id;

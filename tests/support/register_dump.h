@@ -70,7 +70,8 @@ class RawRegister {
   void refuse(const std::string& action, const std::string& table) const {
     if (onServer())
       execute(
-          "CREATE FUNCTION refuse() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE EXCEPTION "
+          "CREATE OR REPLACE FUNCTION refuse() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE "
+          "EXCEPTION "
           "'no'; END $$; CREATE TRIGGER refuse BEFORE " +
           action + " ON \"" + table + "\" FOR EACH ROW EXECUTE FUNCTION refuse()");
     else
