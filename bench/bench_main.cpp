@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <string>
 #include <utility>
@@ -129,6 +130,7 @@ int run(int argc, char** argv) {
   RatioReporter reporter;
   if (benchmark::RunSpecifiedBenchmarks(&reporter) == 0) return 1;
   fmt::print("\n");
+  std::fflush(stdout);
   if (server) return measureClients() ? 0 : 1;
   if (large) measureMemory();
   return 0;
@@ -140,7 +142,7 @@ void registerPair(const Pair& pair, const std::vector<int>& documents) {
   const auto add = [&](const char* who, void (*measure)(benchmark::State&), int size) {
     auto* one = benchmark::RegisterBenchmark((pair.name + "/" + who).c_str(), measure);
     if (size > 0) one->Arg(size);
-    constexpr int kFewer = 5;
+    constexpr int kFewer = 3;
     if (size >= kLarge) one->Repetitions(kFewer);
   };
   for (const int size : documents.empty() ? std::vector<int>{0} : documents) {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -14,6 +15,7 @@
 
 #include "bench_session.h"
 #include "benches.h"
+#include "common/text_key.h"
 #include "sample_register.h"
 #include "server_floor.h"
 
@@ -130,14 +132,15 @@ int wrongAdditions(ServerFloor& db, const Done& done) {
 
 // How many documents do not have what was set there last.
 int wrongValues(ServerFloor& db, const Done& done) {
+  db.prepare("has", R"(SELECT "ID" FROM "Documents" WHERE )" + serverFold("DocumentID") +
+                        R"( = $1 AND "DocUser4" = $2)");
   int wrong = 0;
   for (std::size_t i = 0; i < done.times.size(); ++i) {
     const int number = static_cast<int>(i);
-    for (int n = std::max(1, done.times[i] - kOwn + 1); n <= done.times[i]; ++n)
-      wrong +=
-          db.number(fmt::format(R"(SELECT count(*) FROM "Documents" WHERE "DocumentID" = '{}' )"
-                                R"(AND "DocUser4" = '{}')",
-                                ownDocument(number, n), setText(number, n))) != 1;
+    for (int n = std::max(1, done.times[i] - kOwn + 1); n <= done.times[i]; ++n) {
+      const auto found = db.run("has", {foldKey(ownDocument(number, n)), setText(number, n)});
+      wrong += PQntuples(found.get()) != 1;
+    }
   }
   return wrong;
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 
@@ -17,10 +18,15 @@ namespace fs = std::filesystem;
 
 class Folder {
  public:
-  Folder() : path_(fs::temp_directory_path() / fmt::format("kvvesk-bench-{}", processNumber())) {
+  Folder() {
+    const char* kept = std::getenv("KVVESK_BENCH_FOLDER");
+    kept_ = kept != nullptr;
+    path_ = kept_ ? fs::path(kept)
+                  : fs::temp_directory_path() / fmt::format("kvvesk-bench-{}", processNumber());
     fs::create_directories(path_);
   }
   ~Folder() {
+    if (kept_) return;
     std::error_code ignored;
     fs::remove_all(path_, ignored);
   }
@@ -31,6 +37,7 @@ class Folder {
   [[nodiscard]] const fs::path& path() const { return path_; }
 
  private:
+  bool kept_ = false;
   fs::path path_;
 };
 
@@ -103,6 +110,7 @@ const std::string& sampleRegister(int documents, const std::string& purpose) {
   auto& path = made[name];
   if (path.empty()) {
     path = (folder.path() / name).string();
+    if (fs::exists(path)) return path;
     const auto connection = createRegister(path);
     addAdministrator(*connection);
     connection->Close();
