@@ -11,6 +11,12 @@ namespace kv::bench {
 
 [[nodiscard]] int processNumber();
 
+// What `Select * From Documents` reads.
+inline constexpr const char* kDocumentColumns =
+    "ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, DocUser1, "
+    "DocUser2, DocUser3, DocUser4, DocumentNotes, SecurityLevel, Location, Controlled, "
+    "CurrentRevID";
+
 class FloorDatabase {
  public:
   explicit FloorDatabase(const std::string& path);

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#include "bench_session.h"
+#include "benches.h"
 #include "common/convert.h"
 #include "floor.h"
 #include "kvdata/connection.h"
@@ -15,41 +17,15 @@ namespace kv::bench {
 
 namespace {
 
-constexpr const char* kFloorColumns =
-    "ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, DocUser1, "
-    "DocUser2, "
-    "DocUser3, DocUser4, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID";
-
 int sizeOf(const benchmark::State& state) { return static_cast<int>(state.range(0)); }
-
-// Every field of the current row as what it is.
-std::size_t readRow(const std::vector<Ref<Field>>& fields, const std::vector<bool>& isText) {
-  std::size_t sum = 0;
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (isText[i]) {
-      sum += fields[i]->Text().size();
-    } else {
-      const Variant value = fields[i]->Value();
-      if (const auto* number = value.as<std::int32_t>()) sum += static_cast<std::size_t>(*number);
-    }
-  }
-  return sum;
-}
 
 void readAll(benchmark::State& state) {
   const auto connection = kvConnection::open(sampleRegister(sizeOf(state)));
   std::size_t rows = 0;
   for (auto _ : state) {
     const auto rs = connection->OpenRecordset("Select * From Documents Order By DocumentTitle");
-    std::vector<Ref<Field>> fields;
-    std::vector<bool> isText;
-    for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
-      fields.push_back(rs->Fields(i));
-      isText.push_back(fields.back()->Type() == kTypeVarWChar ||
-                       fields.back()->Type() == kTypeLongVarWChar);
-    }
-    std::size_t sum = 0;
-    for (; !rs->Eof(); rs->MoveNext(), ++rows) sum += readRow(fields, isText);
+    rows += static_cast<std::size_t>(rs->RecordCount());
+    const std::size_t sum = readToEnd(*rs);
     benchmark::DoNotOptimize(sum);
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(rows));
@@ -57,9 +33,9 @@ void readAll(benchmark::State& state) {
 
 void readAllFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(
-      db,
-      fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
+  FloorStatement all(db,
+                     fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID",
+                                 kDocumentColumns));
   std::size_t rows = 0;
   for (auto _ : state) {
     std::size_t sum = 0;
@@ -83,8 +59,8 @@ void openFirst(benchmark::State& state, const char* order) {
 // Whole rows sorted, the first one read: no index has this order.
 void openFirstSortedFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(
-      db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocUser1), ID", kFloorColumns));
+  FloorStatement all(db, fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocUser1), ID",
+                                     kDocumentColumns));
   for (auto _ : state) {
     all.step();
     benchmark::DoNotOptimize(all.text(2).size());
@@ -96,9 +72,9 @@ void openFirstSortedFloor(benchmark::State& state) {
 // rows stepped through.
 void openFirstIndexedFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
-  FloorStatement all(
-      db,
-      fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID", kFloorColumns));
+  FloorStatement all(db,
+                     fmt::format("SELECT {} FROM Documents ORDER BY kv_order(DocumentTitle), ID",
+                                 kDocumentColumns));
   for (auto _ : state) {
     std::size_t first = 0;
     std::size_t count = 0;
@@ -154,7 +130,7 @@ void editUpdateFloor(benchmark::State& state) {
   FloorDatabase db(sampleRegister(sizeOf(state)));
   FloorStatement read(
       db, fmt::format("SELECT {} FROM Documents WHERE kv_fold(DocumentID) = kv_fold(?1)",
-                      kFloorColumns));
+                      kDocumentColumns));
   FloorStatement write(db, "UPDATE Documents SET DocUser4 = ?1 WHERE ID = ?2 AND DocUser4 IS ?3");
   int n = 0;
   for (auto _ : state) {
@@ -201,46 +177,20 @@ void joinTextOnly(benchmark::State& state) {
   }
 }
 
-constexpr int kSmall = 10'000;
-constexpr int kLarge = 100'000;
-
-BENCHMARK(readAll)
-    ->Name("read all by title/kvvesk")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(readAllFloor)
-    ->Name("read all by title/floor")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(openFirst, sorted, "DocUser1")
-    ->Name("open sorted, first row/kvvesk")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(openFirstSortedFloor)
-    ->Name("open sorted, first row/floor")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(openFirst, indexed, "DocumentTitle")
-    ->Name("open by title, count, first row/kvvesk")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(openFirstIndexedFloor)
-    ->Name("open by title, count, first row/floor")
-    ->Arg(kSmall)
-    ->Arg(kLarge)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(oneField)->Name("one field/kvvesk")->Arg(kSmall)->Arg(kLarge);
-BENCHMARK(oneFieldFloor)->Name("one field/floor")->Arg(kSmall)->Arg(kLarge);
-BENCHMARK(editUpdate)->Name("edit and update/kvvesk")->Arg(kSmall)->Arg(kLarge);
-BENCHMARK(editUpdateFloor)->Name("edit and update/floor")->Arg(kSmall)->Arg(kLarge);
-BENCHMARK(lexAndFind)->Name("join, lex and find shape/kvvesk");
-BENCHMARK(joinTextOnly)->Name("join, lex and find shape/floor");
-
 }  // namespace
+
+void registerRecordSets(bool large) {
+  const Pair pairs[] = {
+      {"read all by title", readAll, readAllFloor},
+      {"open sorted, first row", [](auto& state) { openFirst(state, "DocUser1"); },
+       openFirstSortedFloor},
+      {"open by title, count, first row", [](auto& state) { openFirst(state, "DocumentTitle"); },
+       openFirstIndexedFloor},
+      {"one field", oneField, oneFieldFloor},
+      {"edit and update", editUpdate, editUpdateFloor},
+  };
+  for (const auto& pair : pairs) registerPair(pair, {kSmall, large ? kLarge : kMedium});
+  if (!large) registerPair({"join, lex and find shape", lexAndFind, joinTextOnly}, {});
+}
 
 }  // namespace kv::bench

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <atomic>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -121,7 +122,7 @@ const std::string& PostgresStatement::ready() {
   // What is run once is not worth a round trip of its own.
   if (runs_++ == 0) return unnamed_;
   if (name_.empty() || generation_ != connection_->generation()) {
-    static std::uint64_t next = 0;
+    static std::atomic<std::uint64_t> next = 0;  // connections may be on threads of their own
     std::string name = fmt::format("kv_{}", ++next);
     connection_->prepare(name, sql_);
     name_ = std::move(name);

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cctype>
+#include <map>
 #include <utility>
 
 #include "common/error.h"
@@ -137,28 +138,24 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   }
 
   void begin(Access access) override {
-    execute(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN");
+    kept(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN").run();
   }
-  void commit() override { execute("COMMIT"); }
+  void commit() override { kept("COMMIT").run(); }
   void rollback() noexcept override {
     if (inTransaction()) sqlite3_exec(db_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
   }
   bool inTransaction() const override { return sqlite3_get_autocommit(db_.get()) == 0; }
-  void savepoint(int mark) override { execute(fmt::format("SAVEPOINT kv_{}", mark)); }
-  void release(int mark) override { execute(fmt::format("RELEASE kv_{}", mark)); }
+  void savepoint(int mark) override { kept(fmt::format("SAVEPOINT kv_{}", mark)).run(); }
+  void release(int mark) override { kept(fmt::format("RELEASE kv_{}", mark)).run(); }
   void rollbackTo(int mark) override { execute(fmt::format("ROLLBACK TO kv_{}", mark)); }
 
   std::int64_t reserveCounter(const TableInfo& table, std::int64_t count) override {
     // AUTOINCREMENT keeps its counters in a table that may be written like any other.
-    const auto take =
-        prepare("UPDATE sqlite_sequence SET seq = seq + ?2 WHERE name = ?1 RETURNING seq");
-    take->bind(1, table.name);
-    take->bind(2, count);
-    RowBlock none;
-    none.reset(0);
+    auto& take = kept("UPDATE sqlite_sequence SET seq = seq + ?2 WHERE name = ?1 RETURNING seq");
+    take.bind(1, table.name);
+    take.bind(2, count);
     std::vector<std::int64_t> last;
-    while (take->fetch(none, {}, last, 1, 1) == 1) {
-    }
+    take.fetchKeys(last, 1);
     if (last.empty()) {
       const auto add = prepare("INSERT INTO sqlite_sequence (name, seq) VALUES (?1, ?2)");
       add->bind(1, table.name);
@@ -213,6 +210,16 @@ class SqliteEngine final : public Engine, public SqliteWatch {
 
  private:
   static constexpr std::size_t kAll = static_cast<std::size_t>(-1);
+  static constexpr std::size_t kMostKept = 32;  // marks nest as deep as clients like
+
+  // A statement that many operations run, prepared once.
+  SqliteStatement& kept(const std::string& sql) {
+    const auto known = kept_.find(sql);
+    if (known != kept_.end()) return *known->second;
+    if (kept_.size() >= kMostKept) kept_.clear();
+    return *kept_.emplace(sql, std::make_unique<SqliteStatement>(db_.get(), *this, sql))
+                .first->second;
+  }
 
   void starting() override {
     requireUnchanged();
@@ -267,6 +274,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   FileAccess access_ = FileAccess::ReadWrite;
   std::string mark_;
   Connection db_;
+  std::map<std::string, std::unique_ptr<SqliteStatement>> kept_;  // gone before the connection is
   std::chrono::milliseconds limit_{0};
   std::chrono::steady_clock::time_point deadline_;
 };
