@@ -14,12 +14,6 @@ namespace {
 
 constexpr const char* kUncontrolled = "Uncontrolled";
 
-// What the caller has pending in a set of his is no part of the operation: it must not be undone
-// with it, as it would be once the operation's first move has saved it.
-void savePending(const Ref<Recordset>& rs) {
-  if (rs) rs->Update();
-}
-
 }  // namespace
 
 Ref<Recordset> clsVeskDocument::Records(std::int32_t filterid, const std::string& SortFields,

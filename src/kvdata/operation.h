@@ -49,6 +49,13 @@ class Operation {
   Transaction transaction_;
 };
 
+// What a caller has pending in a set of his is no part of the operation that he hands it to: it
+// must not be undone with it, as it would be once the operation's first move has saved it. Before
+// the operation begins.
+inline void savePending(const Ref<Recordset>& rs) {
+  if (rs) rs->Update();
+}
+
 // A row being added to a set, by an operation that writes more than that row. When the operation
 // fails the addition is taken back from the set: its number has gone back to the counter, and the
 // rest of what belongs to it is not there.

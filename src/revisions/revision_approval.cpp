@@ -46,7 +46,7 @@ bool clsVeskRevision::CanApprove(const std::string& UserID, std::int32_t Revisio
 bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordset>& rsrevisions,
                              const std::string& currentUser, const std::string& approver,
                              const Ref<Recordset>& rsApprovals, bool sendaction) {
-  rsApprovals->Update();  // what the caller has pending is no part of this
+  savePending(rsApprovals);
   Operation operation(dataServer_->Connection(), "Revisions", "RevisionID",
                       std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
   const auto status = static_cast<std::int16_t>(decision);

@@ -44,7 +44,7 @@ void clsVeskRevision::SetAsCurrentRevision(const Ref<Recordset>& rsRevision,
                                            Ref<Recordset>& rsDocuments, bool SendActions) {
   const std::string document = fieldText(*rsRevision, "DocumentID");
   const std::string quoted = inQuotes(document);
-  if (rsDocuments) rsDocuments->Update();  // what the caller has pending is no part of this
+  savePending(rsDocuments);
   Operation operation(dataServer_->Connection(), "Documents", "DocumentID", document);
   Variant position;
   if (!rsDocuments)

@@ -109,7 +109,7 @@ std::string clsVeskUser::NewUser(const Ref<Recordset>& rs, const std::string& Us
                                  const std::string& Alias, const std::string& Password,
                                  const std::string& title, const std::string& email,
                                  const std::string&) {
-  rs->Update();  // what the caller has pending is no part of this
+  savePending(rs);
   Operation operation(oVesk_->DataServer()->Connection());
   Addition addition(rs);
   std::string id = "User" + fieldText(*rs, "ID");
