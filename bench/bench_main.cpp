@@ -127,12 +127,13 @@ int run(int argc, char** argv) {
     registerRecordSets(large);
     registerDocuments(large);
   }
+  // Before anything else has left memory behind that could be used again.
+  if (large) measureMemory();
   RatioReporter reporter;
   if (benchmark::RunSpecifiedBenchmarks(&reporter) == 0) return 1;
   fmt::print("\n");
   std::fflush(stdout);
   if (server) return measureClients() ? 0 : 1;
-  if (large) measureMemory();
   return 0;
 }
 

@@ -218,7 +218,7 @@ void saveData(benchmark::State& state) {
     n = (n + kStep) % sizeOf(state);
     session.documents().SaveData(documentId(n), documentTitle(n, sizeOf(state)),
                                  fmt::format("WI-{:07}", n), "Department 7", "Procedure", "",
-                                 fmt::format("saved {}", n), "Saved while measuring.", false, true,
+                                 newText(), "Saved while measuring.", false, true,
                                  fmt::format("instructions/{}.pdf", n));
   }
 }
@@ -247,7 +247,7 @@ void saveDataFloor(benchmark::State& state) {
     write.bind(3, fmt::format("WI-{:07}", n));
     write.bind(4, std::string("Department 7"));
     write.bind(5, std::string("Procedure"));
-    write.bind(6, fmt::format("saved {}", n));
+    write.bind(6, newText());
     write.bind(7, std::string("Saved while measuring."));
     write.bind(8, fmt::format("instructions/{}.pdf", n));
     write.run();

@@ -121,7 +121,7 @@ void editUpdate(benchmark::State& state) {
     n = (n + 7919) % sizeOf(state);
     const auto rs = connection->OpenRecordset("Select * From Documents Where DocumentID = '" +
                                               documentId(n) + "'");
-    rs->Fields("DocUser4")->Value(fmt::format("edit {}", n));
+    rs->Fields("DocUser4")->Value(newText());
     rs->Update();
   }
 }
@@ -142,7 +142,7 @@ void editUpdateFloor(benchmark::State& state) {
     const std::string before = null ? std::string() : std::string(read.text(9));
     benchmark::DoNotOptimize(read.readRow());
     read.reset();
-    write.bind(1, fmt::format("edit {}", n));
+    write.bind(1, newText());
     write.bind(2, id);
     if (null)
       sqlite3_bind_null(write.get(), 3);

@@ -103,6 +103,11 @@ std::string documentTitle(int n, int documents) {
   return fmt::format("Work instruction {:07} for line {}", scattered(n, documents), n % 40);
 }
 
+std::string newText() {
+  static int count = 0;
+  return fmt::format("{} of {}", ++count, processNumber());
+}
+
 const std::string& sampleRegister(int documents, const std::string& purpose) {
   static const Folder folder;
   static std::map<std::string, std::string> made;

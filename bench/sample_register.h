@@ -17,4 +17,8 @@ namespace kv::bench {
 // The DocumentTitle of document `n` of `documents`.
 [[nodiscard]] std::string documentTitle(int n, int documents);
 
+// A text that no document has yet: SQLite does not write, nor wait for the disk, when nothing
+// changes.
+[[nodiscard]] std::string newText();
+
 }  // namespace kv::bench
