@@ -105,9 +105,10 @@ Ref<Recordset> inState(const test::TestRegister& reg, State state) {
 }
 
 TEST(StateTable, EveryStateAgainstEveryOperation) {
+  const test::TestRegister reg;
   for (const auto& row : kTable) {
     for (int state = 0; state < kStates; ++state) {
-      const test::TestRegister reg;
+      reg.execute("Delete * From Keywords");
       for (const char* word : {"a", "b", "c"})
         reg.execute(fmt::format("Insert Into Keywords Values ('F', '{}')", word));
       const auto rs = inState(reg, static_cast<State>(state));

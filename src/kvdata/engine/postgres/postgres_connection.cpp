@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 
 #include "common/error.h"
 #include "kvdata/engine/postgres/postgres_error.h"
@@ -19,6 +20,18 @@ bool isFailure(const PGresult* result) noexcept {
   const auto status = PQresultStatus(result);
   return status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK && status != PGRES_SINGLE_TUPLE &&
          status != PGRES_PIPELINE_SYNC;
+}
+
+// Hands a row over. What that raises must wait: all rows have to be taken in before anything else
+// can be sent.
+void take(const PostgresConnection::RowCall& row, const PGresult* result,
+          std::exception_ptr& unreadable) {
+  if (PQntuples(result) == 0 || unreadable) return;
+  try {
+    row(result);
+  } catch (...) {
+    unreadable = std::current_exception();
+  }
 }
 
 std::string savepointText(int mark) { return fmt::format("SAVEPOINT kv_{}", mark); }
@@ -124,26 +137,33 @@ void PostgresConnection::send(const std::string& sql, const std::string& name,
   if (sent != 1) failed(nullptr, false);
 }
 
-Result PostgresConnection::batch(std::size_t commands, bool writes) {
+Result PostgresConnection::batch(std::size_t commands, bool writes, const RowCall& row) {
   ++roundTrips_;
   if (PQpipelineSync(connection_.get()) != 1) failed(nullptr, writes);
   Result last;
   Result failure;
+  std::exception_ptr unreadable;
+  bool begun = false;  // the last command's answer
   for (std::size_t done = 0; done < commands;) {
-    Result next(PQgetResult(connection_.get()));
-    if (!next) {
-      ++done;
-      continue;
+    if (row && !begun && done + 1 == commands) {
+      begun = true;
+      (void)PQsetSingleRowMode(connection_.get());
     }
-    if (!isFailure(next.get()))
+    Result next(PQgetResult(connection_.get()));
+    if (!next)
+      ++done;
+    else if (isFailure(next.get()))
+      failure = failure ? std::move(failure) : std::move(next);
+    else if (row && begun)
+      take(row, next.get(), unreadable);
+    else
       last = std::move(next);
-    else if (!failure)
-      failure = std::move(next);
   }
   const Result sync(PQgetResult(connection_.get()));
   const bool good = PQresultStatus(sync.get()) == PGRES_PIPELINE_SYNC &&
                     PQexitPipelineMode(connection_.get()) == 1;
   if (failure || !good) failed(failure.get(), writes);
+  if (unreadable) std::rethrow_exception(unreadable);
   return last;
 }
 
@@ -178,26 +198,27 @@ Result PostgresConnection::run(const std::string& sql, const std::string& name,
 }
 
 void PostgresConnection::stream(const std::string& sql, const std::string& name,
-                                const PostgresParams& params,
-                                const std::function<void(const PGresult*)>& row) {
+                                const PostgresParams& params, const RowCall& row) {
   requireOpen();
   guard();
-  sendDue();
+  if (!due_.empty()) {
+    const auto due = std::exchange(due_, {});
+    (void)PQenterPipelineMode(connection_.get());
+    for (const auto& command : due) send(command, {}, {});
+    send(sql, name, params);
+    (void)batch(due.size() + 1, false, row);
+    return;
+  }
   send(sql, name, params);
   ++roundTrips_;
   (void)PQsetSingleRowMode(connection_.get());
   Result failure;
   std::exception_ptr unreadable;
   while (Result next = Result(PQgetResult(connection_.get()))) {
-    if (isFailure(next.get())) {
+    if (isFailure(next.get()))
       failure = std::move(next);
-    } else if (PQntuples(next.get()) > 0 && !unreadable) {
-      try {
-        row(next.get());
-      } catch (...) {  // the rest must be taken in before anything else can be sent
-        unreadable = std::current_exception();
-      }
-    }
+    else
+      take(row, next.get(), unreadable);
   }
   if (failure) failed(failure.get(), false);
   if (unreadable) std::rethrow_exception(unreadable);

@@ -29,6 +29,8 @@ struct PostgresParams {
 
 class PostgresConnection {
  public:
+  using RowCall = std::function<void(const PGresult*)>;
+
   // Raises when the server does not let us in. `options.location` is a postgresql:// URI.
   explicit PostgresConnection(OpenOptions options);
   ~PostgresConnection();
@@ -46,7 +48,7 @@ class PostgresConnection {
              bool writes);
   // As run, with `row` called for the rows as they come; nothing is kept.
   void stream(const std::string& sql, const std::string& name, const PostgresParams& params,
-              const std::function<void(const PGresult*)>& row);
+              const RowCall& row);
   void prepare(const std::string& name, const std::string& sql);
   // Lets the server forget a prepared statement, when there is something else to tell it.
   void forget(std::string name) { forgotten_.push_back(std::move(name)); }
@@ -93,7 +95,8 @@ class PostgresConnection {
   void guard();
   void send(const std::string& sql, const std::string& name, const PostgresParams& params);
   // The answer to the last of `commands` sent in a batch; the first failure among them is raised.
-  Result batch(std::size_t commands, bool writes);
+  // With `row` the last one's rows go there as they come.
+  Result batch(std::size_t commands, bool writes, const RowCall& row = {});
   [[noreturn]] void failed(const PGresult* result, bool writes);
 
   OpenOptions options_;
