@@ -10,13 +10,13 @@
 
 #include "common/ref.h"
 #include "common/variant.h"
-#include "documents/document_errors.h"
 #include "kvdata/data_server.h"
 #include "queries/document_query.h"
 
 namespace kv {
 
 class clsVesk;
+struct NotFoundErrors;
 
 class clsVeskDocument : public Object {
  public:
@@ -101,7 +101,7 @@ class clsVeskDocument : public Object {
  private:
   // A set that stands on the document's row: `rs`, or one of this object's when that is empty.
   [[nodiscard]] Ref<Recordset> find(const std::string& docid, const Ref<Recordset>& rs,
-                                    const DocumentErrors& errors);
+                                    const NotFoundErrors& errors);
   [[nodiscard]] Variant valueIn(const std::string& sql, const std::string& column);
 
   Ref<clsVesk> oVesk_;

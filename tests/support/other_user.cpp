@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <stdexcept>
+#include <thread>
 
 #include "common/error.h"
 
@@ -61,6 +62,17 @@ std::string inChild(const std::function<std::string()>& body, bool dropRights) {
 std::string asOrdinaryUser(const std::function<std::string()>& body) { return inChild(body, true); }
 std::string inOtherProcess(const std::function<std::string()>& body) {
   return inChild(body, false);
+}
+
+std::vector<std::string> inProcesses(int count, const std::function<std::string(int)>& body) {
+  std::vector<std::string> answers(static_cast<std::size_t>(count));
+  std::vector<std::thread> parents;
+  for (int p = 0; p < count; ++p)
+    parents.emplace_back([&answers, &body, p] {
+      answers[static_cast<std::size_t>(p)] = inOtherProcess([&body, p] { return body(p); });
+    });
+  for (auto& parent : parents) parent.join();
+  return answers;
 }
 
 }  // namespace kv::test
