@@ -90,6 +90,52 @@ class clsVeskManual : public Object {
   // the same. When a step fails, the steps before it stay done.
   void Delete(const std::string& id, const Ref<Recordset>& rs = {});
 
+  // ---- contents ----
+
+  // The documents in a manual, with all their columns and, when asked for, ManualID behind them: in
+  // the manual's own order, or, with `AllFields`, as a list of documents by DocumentNumber.
+  [[nodiscard]] Ref<Recordset> Contents(const std::string& Manid, bool AllFields = false,
+                                        bool WithManID = false);
+  // Moves a document to a place of the manual, counted from 1. The place is kept as a number
+  // between those of its neighbours; when they come too close all of them are given new ones.
+  // Raises 2730 for a manual without contents, 3021 for a place outside them. A document that is
+  // not in the manual is not moved.
+  void RepositionContents(const std::string& ManualID, const std::string& docid,
+                          std::int16_t position);
+  // The root object's DocumentManualRelation.
+  bool AddDocument(const std::string& Manid, const std::string& docid);
+  bool RemoveDocument(const std::string& Manid, const std::string& docid);
+
+  // ---- copies ----
+
+  // Who has hard copies, with the copies' numbers, or who has the manual on his personal list, by
+  // identifier. With `AllFields` the users' records instead, or for `Users` their profiles.
+  [[nodiscard]] Ref<Recordset> Copies(const std::string& Manid, bool AllFields = false);
+  [[nodiscard]] Ref<Recordset> Users(const std::string& Manid, bool AllFields = false);
+  // The manuals that a user has, by ManualName: one row for each copy with its number and kind, or,
+  // for a view, each manual's row once. Without hard copies only virtual ones are listed, whatever
+  // `VirtualCopies` says. `id` is compared by Like; wildcards in it stand for themselves.
+  [[nodiscard]] Ref<Recordset> PersonalManuals(const std::string& id, bool VirtualCopies = true,
+                                               bool HardCopies = true);
+  [[nodiscard]] Ref<Recordset> PersonalManualsForView(const std::string& id,
+                                                      bool VirtualCopies = true,
+                                                      bool HardCopies = true);
+  // The number for the manual's next hard copy: "0001" for the first, otherwise one more than that
+  // of the last copy listed, and the first from there on that is not in use. It stays free only
+  // within a transaction; clsVeskUser::ReleaseMan takes one and releases under it.
+  [[nodiscard]] std::string NextCopyNumber(const std::string& Manid);
+  [[nodiscard]] bool DuplicateCopyNumber(const std::string& ManualID, const std::string& CopyNum);
+  // Gives copies another number, whether or not that is in use.
+  void ChangeCopyNumber(const std::string& ManualID, const std::string& OldNumber,
+                        const std::string& NewNumber);
+  // The root object's ManualUserRelation: for hard copies, and for personal lists.
+  bool ReleaseCopy(const std::string& Manid, const std::string& UserID,
+                   const std::string& CopyNumber);
+  bool CollectCopy(const std::string& Manid, const std::string& UserID,
+                   const std::string& CopyNumber);
+  bool AddUser(const std::string& Manid, const std::string& UserID);
+  bool RemoveUser(const std::string& Manid, const std::string& UserID);
+
   // ---- saved queries ----
 
   // Raises 3021 for a query that does not exist.
