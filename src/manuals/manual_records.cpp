@@ -6,7 +6,7 @@
 #include "kvdata/sql_text.h"
 #include "manuals/manual.h"
 #include "manuals/manual_errors.h"
-#include "rights/rights.h"
+#include "rights/document_order.h"
 #include "session/vesk.h"
 
 namespace kv {
@@ -59,8 +59,7 @@ Ref<Recordset> clsVeskManual::RecordsWithContents(std::int32_t filterid,
 Ref<Recordset> clsVeskManual::RecordsWithContents(std::int32_t filterid,
                                                   const std::string& SortFields, std::string& cSQL,
                                                   const std::string& Fields) {
-  const std::string ofDocuments =
-      oVesk_->AppOption(aoDocSortByNum) ? "DocumentNumber" : "DocumentTitle";
+  const std::string ofDocuments = documentOrder(*oVesk_);
   if (!trimmed(cSQL).empty()) return dataServer_->open(cSQL);
   cSQL = GetQuery(filterid)->JetSQL();
   return dataServer_->open(
