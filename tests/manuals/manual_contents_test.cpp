@@ -141,7 +141,6 @@ TEST_F(ManualContents, WhatRepositioningRefuses) {
   EXPECT_EQ(order("O''Brien"), (Texts{"A|10", "B|12.5"}));
 }
 
-// A million random moves would not lose a document; some do it well enough.
 TEST_F(ManualContents, HoweverOftenItIsReorderedAManualKeepsItsDocuments) {
   constexpr int kDocuments = 12;
   fill("M1", std::vector<std::string>(kDocuments, "100"));

@@ -362,11 +362,9 @@ TEST_F(Manual, ValuesByIdentifierAndByNumber) {
 TEST_F(Manual, SetValueNeverStoresAnything) {
   addManual("M1", "before");
   const auto before = everything();
-  for (const auto& [value, number] : {std::pair<Variant, std::int32_t>{"after", kNotAllowed},
-                                      {"before", kNotAllowed},
-                                      {Null, kNotAllowed},
-                                      {std::string(10000, 'x'), kWrongType}})
-    EXPECT_RAISES(number, manual().SetValue("M1", "ManualName", value));
+  for (const Variant& value : {Variant("after"), Variant("before"), Variant(Null), Variant(1)})
+    EXPECT_RAISES(kNotAllowed, manual().SetValue("M1", "ManualName", value));
+  EXPECT_RAISES(kWrongType, manual().SetValue("M1", "ManualName", std::string(10000, 'x')));
   EXPECT_RAISES(kNoSuchItem, manual().SetValue("M1", "NoSuchColumn", "x"));
   EXPECT_EQ(
       statementsOf([&] { EXPECT_TRUE(manual().SetValue("M9", "ManualName", "x").isEmpty()); }),
