@@ -651,12 +651,14 @@ TEST_F(UserDatabase, OpeningAnewAfterALogInOpensItAnew) {
 TEST_F(UserDatabase, MayBeAFileWhereTheRegisterIsOnAServer) {
   SERVERS_ONLY();
   const std::string file = reg_.folder().file("users.kvv");
-  createUserDatabase(file, [](const std::shared_ptr<Database>& database) {
-    database->execute(
-        "Insert Into Users (ID, UserID, UserName, [Password]) Values (1, 'User1', "
-        "'Filed Anna', '" +
-        Passwords(test::kCheapPasswords).hash("secret") + "')");
-  })->Close();
+  const auto filed = createUserDatabase(file);
+  std::int32_t affected = 0;
+  filed->Execute(
+      "Insert Into Users (ID, UserID, UserName, [Password]) Values (1, 'User1', "
+      "'Filed Anna', '" +
+          Passwords(test::kCheapPasswords).hash("secret") + "')",
+      affected);
+  filed->Close();
   switchOn(file);
   logIn("Filed Anna");
   EXPECT_EQ(vesk_->User()->NewUser(vesk_->User()->Records(-1), "Cleo", "", "", "", "", "0"),

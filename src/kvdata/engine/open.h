@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "kvdata/engine/engine.h"
 
@@ -16,6 +17,9 @@ struct OpenOptions {
   int memoryMapMiB = 256;  // part of the file that is read through a memory map
   int pageLimit = 0;       // most pages the file may grow to; 0 is no limit
 };
+
+// Whether a location is a server's.
+[[nodiscard]] bool isServer(std::string_view location) noexcept;
 
 // Takes back what opening with `create` has made, when filling it failed. The engine must be gone.
 void discard(const OpenOptions& options) noexcept;

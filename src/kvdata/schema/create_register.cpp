@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <random>
 
 #include "kvdata/connection_string.h"
@@ -86,14 +87,23 @@ Ref<kvConnection> createRegister(
 }
 
 Ref<kvConnection> createUserDatabase(
-    const std::string& ConnectionString,
+    const std::string& ConnectionString, std::vector<TableInfo> tables,
     const std::function<void(const std::shared_ptr<Database>&)>& fill) {
-  return createWithTables(
-      ConnectionString, userDatabaseTables(), [&](const std::shared_ptr<Database>& database) {
-        addRow(database, kConfigTable,
-               [](Recordset& rs) { rs.Fields("Version")->Value(kUserDataVersion); });
-        if (fill) fill(database);
-      });
+  tables.insert(tables.begin(), userConfigTable());
+  return createWithTables(ConnectionString, tables, [&](const std::shared_ptr<Database>& database) {
+    addRow(database, kConfigTable,
+           [](Recordset& rs) { rs.Fields("Version")->Value(kUserDataVersion); });
+    fill(database);
+  });
+}
+
+Ref<kvConnection> createUserDatabase(const std::string& ConnectionString) {
+  std::vector<TableInfo> tables;
+  for (const auto& table : registerTables())
+    if (std::find(userTables().begin(), userTables().end(), table.name) != userTables().end())
+      tables.push_back(table);
+  return createUserDatabase(ConnectionString, std::move(tables),
+                            [](const std::shared_ptr<Database>&) {});
 }
 
 }  // namespace kv

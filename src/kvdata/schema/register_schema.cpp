@@ -216,12 +216,9 @@ const std::vector<std::string>& userTables() {
   return names;
 }
 
-std::vector<TableInfo> userDatabaseTables() {
-  std::vector<TableInfo> out = {table(std::string(kConfigTable), {text("Version", 20)})};
-  for (const auto& name : userTables())
-    for (const auto& known : registerTables())
-      if (known.name == name) out.push_back(known);
-  return out;
+const TableInfo& userConfigTable() {
+  static const TableInfo config = table(std::string(kConfigTable), {text("Version", 20)});
+  return config;
 }
 
 std::vector<TableInfo> withSecondNames(std::vector<TableInfo> tables) {

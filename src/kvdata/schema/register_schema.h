@@ -24,8 +24,8 @@ inline constexpr std::string_view kConfigTable = "VeskConfig";
 // The tables that may be kept in a database of their own, which several registers can share: users,
 // their actions and their saved queries.
 [[nodiscard]] const std::vector<std::string>& userTables();
-// The tables of such a database: those, and a configuration of its own that holds its version.
-[[nodiscard]] std::vector<TableInfo> userDatabaseTables();
+// The configuration that such a database has for itself; it holds the version.
+[[nodiscard]] const TableInfo& userConfigTable();
 
 // A database's tables with the second names of stored columns put in: VeskProfiles keeps one
 // workgroup number that clients know as GroupID (a number) and as WorkGroupID (a text).
