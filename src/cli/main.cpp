@@ -28,7 +28,11 @@ int run(int argc, char** argv) {
   kv::cli::addDocument(app, chosen);
   kv::cli::addRevisions(app, chosen);
   kv::cli::addRevision(app, chosen);
+  kv::cli::addActions(app, chosen);
+  kv::cli::addAction(app, chosen);
   kv::cli::addQueries(app, chosen);
+  kv::cli::addUsers(app, chosen);
+  kv::cli::addUser(app, chosen);
   kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
   kv::cli::addConfig(app, chosen);
