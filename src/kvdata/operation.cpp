@@ -25,7 +25,9 @@ Operation::Operation(const Ref<kvConnection>& connection, std::string_view table
 
 void lockRows(const Ref<kvConnection>& connection, std::string_view table, std::string_view column,
               const SqlValue& value) {
-  Database& database = *connection->database();
+  const auto keeper = connection->database()->keeperOf(table);
+  Database& database = keeper ? *keeper : *connection->database();
+  database.joinTransactions();
   const TableInfo* known = database.catalog()->find(table);
   if (known == nullptr) raise(kUnknownTable, table);
   const auto place = known->find(column);

@@ -1,5 +1,7 @@
 #include "kvdata/engine/open.h"
 
+#include <filesystem>
+
 #include "common/text.h"
 #include "kvdata/engine/postgres/postgres_engine.h"
 #include "kvdata/engine/sqlite/sqlite_engine.h"
@@ -19,6 +21,14 @@ bool isServer(const OpenOptions& options) {
 
 std::unique_ptr<Engine> open(const OpenOptions& options) {
   return isServer(options) ? openPostgres(options) : openSqlite(options);
+}
+
+bool sameDatabase(const std::string& a, const std::string& b) noexcept {
+  const auto path = [](const std::string& text) {
+    return std::filesystem::path(reinterpret_cast<const char8_t*>(text.c_str()));
+  };
+  std::error_code error;
+  return a == b || std::filesystem::equivalent(path(a), path(b), error);
 }
 
 // On a server the transaction that made the tables has taken them back.

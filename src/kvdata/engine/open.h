@@ -20,6 +20,9 @@ struct OpenOptions {
 // Takes back what opening with `create` has made, when filling it failed. The engine must be gone.
 void discard(const OpenOptions& options) noexcept;
 
+// Whether two locations are one database. Two names of one server are taken for two.
+[[nodiscard]] bool sameDatabase(const std::string& a, const std::string& b) noexcept;
+
 // Raises -2147467259, the first sentence naming the cause: no such file, not a register, an Access
 // file, ...
 [[nodiscard]] std::unique_ptr<Engine> open(const OpenOptions& options);

@@ -23,14 +23,16 @@ std::string randomName() {
   return fmt::format("{:08X}{:08X}", device(), device());
 }
 
+template <class Fill>
+void addRow(const std::shared_ptr<Database>& database, std::string_view table, Fill fill) {
+  const auto rs = openOwn(database, "Select * From [" + std::string(table) + "]");
+  rs->AddNew();
+  fill(*rs);
+  rs->Update();
+}
+
 void firstValues(const std::shared_ptr<Database>& database) {
-  const auto add = [&](const std::string& table, auto fill) {
-    const auto rs = openOwn(database, "Select * From [" + table + "]");
-    rs->AddNew();
-    fill(*rs);
-    rs->Update();
-  };
-  add("VeskConfig", [](Recordset& rs) {
+  addRow(database, kConfigTable, [](Recordset& rs) {
     rs.Fields("DatabaseVersion")->Value(kLayoutVersion);
     rs.Fields("Version")->Value(kUserDataVersion);
     rs.Fields("OwnerRights")->Value(std::string(kOwnerRights, '0'));
@@ -40,11 +42,11 @@ void firstValues(const std::shared_ptr<Database>& database) {
     rs.Fields("Document")->Value("Document");
     rs.Fields("Revision")->Value("Revision");
   });
-  add("UserConfig", [](Recordset& rs) {
+  addRow(database, "UserConfig", [](Recordset& rs) {
     for (int n = 0; n < kUserFields; ++n) rs.Fields(fmt::format("TypeUser{:02}", n))->Value(0);
   });
   for (const char* table : {"DocumentConfig", "ManualConfig", "RevisionConfig"})
-    add(table, [](Recordset&) {});
+    addRow(database, table, [](Recordset&) {});
 }
 
 }  // namespace
@@ -81,6 +83,17 @@ Ref<kvConnection> createRegister(
                             firstValues(database);
                             if (fill) fill(database);
                           });
+}
+
+Ref<kvConnection> createUserDatabase(
+    const std::string& ConnectionString,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill) {
+  return createWithTables(
+      ConnectionString, userDatabaseTables(), [&](const std::shared_ptr<Database>& database) {
+        addRow(database, kConfigTable,
+               [](Recordset& rs) { rs.Fields("Version")->Value(kUserDataVersion); });
+        if (fill) fill(database);
+      });
 }
 
 }  // namespace kv

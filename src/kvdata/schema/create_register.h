@@ -24,4 +24,9 @@ namespace kv {
     const std::string& ConnectionString,
     const std::function<void(const std::shared_ptr<Database>&)>& fill = {});
 
+// The same for a database of users and their actions.
+[[nodiscard]] Ref<kvConnection> createUserDatabase(
+    const std::string& ConnectionString,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill = {});
+
 }  // namespace kv

@@ -140,7 +140,11 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   void begin(Access access) override {
     kept(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN").run();
   }
-  void commit() override { kept("COMMIT").run(); }
+  void commit() override {
+    kept("COMMIT").run();
+    // Whoever opens a file looks for the mark in the file itself, not in its log.
+    if (std::exchange(marked_, false)) execute("PRAGMA wal_checkpoint(PASSIVE)");
+  }
   void rollback() noexcept override {
     if (inTransaction()) sqlite3_exec(db_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
   }
@@ -188,6 +192,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
 
   void markAsRegister() override {
     execute(fmt::format("PRAGMA application_id = {}", kRegisterMark));
+    marked_ = true;
   }
 
   bool readOnly() const override { return access_ != FileAccess::ReadWrite; }
@@ -273,6 +278,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   OpenOptions options_;
   FileAccess access_ = FileAccess::ReadWrite;
   std::string mark_;
+  bool marked_ = false;  // in the transaction that is open
   Connection db_;
   std::map<std::string, std::unique_ptr<SqliteStatement>> kept_;  // gone before the connection is
   std::chrono::milliseconds limit_{0};
