@@ -4,6 +4,7 @@
 #include "cli/terminal.h"
 #include "cli/user_lookup.h"
 #include "cli/workgroup.h"
+#include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/recordset/text_field.h"
@@ -32,10 +33,16 @@ void requireFreeName(const Session& session, const std::string& name,
   if (isUser(session.database(), name, except)) refuse("There is a user '" + name + "' already.");
 }
 
-void requireProfile(const Session& session, const std::string& id) {
-  if (openOwn(session.database(), "Select UserID From VeskProfiles Where " + ofUser(id), kReadOnly)
-          ->RecordCount() == 0)
-    refuse("The user '" + id + "' has no profile to keep a workgroup in.");
+// Who comes from another register that has the same users has no profile here yet.
+void ensureProfile(const Session& session, const std::string& id) {
+  const auto rs =
+      openOwn(session.database(), "Select UserID, UserName From VeskProfiles Where " + ofUser(id));
+  if (!rs->Eof()) return;
+  rs->AddNew();
+  rs->Fields("UserID")->Value(id);
+  rs->Fields("UserName")
+      ->Value(textOrNull(joinText(session->MainUser()->UserValue(id, "UserName"))));
+  rs->Update();
 }
 
 // Lists of documents show names from the profiles.
@@ -58,7 +65,7 @@ void requireAnAdministrator(const Session& session) {
 }
 
 void setWorkgroup(const Session& session, const std::string& id, const std::string& given) {
-  requireProfile(session, id);
+  ensureProfile(session, id);
   const std::int32_t workgroup = findWorkgroup(session, given);
   const bool before = isAdministrator(session, id);
   if (before || workgroup == kSuperUsers)

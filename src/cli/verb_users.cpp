@@ -24,8 +24,9 @@ struct Listing {
 };
 
 std::string allFields(const Database& database) {
+  const auto keeper = database.keeperOf(kTable);
   std::string list;
-  for (const auto& column : database.catalog()->find(kTable)->columns)
+  for (const auto& column : (keeper ? *keeper : database).catalog()->find(kTable)->columns)
     if (column.name != kSecret) list += (list.empty() ? "" : ", ") + column.name;
   return list;
 }

@@ -67,7 +67,8 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
   const auto& database = databaseOf(dataServer_);
   Profile()->setUser({}, {}, {}, false);
 
-  const bool writable = !database->engine().readOnly();
+  const auto keeper = database->keeperOf("Users");
+  const bool usersWritable = !(keeper ? *keeper : *database).engine().readOnly();
   std::string userId;
   std::string userName;
   bool verified = false;
@@ -91,7 +92,7 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
       if (!right) continue;
       userId = joinText(rs->Fields("UserID")->Value());
       userName = joinText(rs->Fields("UserName")->Value());
-      if (!userId.empty() && clearText && writable) {
+      if (!userId.empty() && clearText && usersWritable) {
         rs->Fields("Password")->Value(passwords_.hash(Password));
         saveUnlessChanged(*rs);
       }
@@ -102,7 +103,7 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
 
   bool administrator = false;
   std::string rights = RightsOf(userId, administrator);
-  if (writable) keepName(userId, userName);
+  if (!database->engine().readOnly()) keepName(userId, userName);
   Profile()->setUser(userId, userName, std::move(rights), administrator);
 }
 
