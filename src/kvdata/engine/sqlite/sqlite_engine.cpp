@@ -239,7 +239,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
       requireNothing(path);
       flags |= SQLITE_OPEN_CREATE;
     } else {
-      requireRegister(path);
+      requireFile(path);
       access_ = accessTo(path);
       if (access_ != FileAccess::ReadWrite) flags = SQLITE_OPEN_READONLY;
       if (access_ == FileAccess::Unchanging) {
@@ -251,6 +251,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     // A leading "./" keeps SQLite from giving names such as ":memory:" a meaning of their own.
     if (location == path && path.front() == ':') location = "./" + path;
     db_ = connect(location, flags);
+    if (!options_.create) requireRegister(db_.get(), path);
     sqlite3_busy_timeout(db_.get(), static_cast<int>(options_.lockTimeout.count()));
     registerSqliteFunctions(db_.get());
     for (const auto& pragma :
