@@ -25,6 +25,14 @@ Operation::Operation(const Ref<kvConnection>& connection, std::string_view table
 
 namespace {
 
+// The database that keeps a table, in the transaction that is open.
+std::shared_ptr<Database> keeperOf(const Ref<kvConnection>& connection, std::string_view table) {
+  auto keeper = connection->database()->keeperOf(table);
+  if (!keeper) keeper = connection->database();
+  keeper->joinTransactions();
+  return keeper;
+}
+
 const TableInfo& known(const Database& database, std::string_view table) {
   const TableInfo* found = database.catalog()->find(table);
   if (found == nullptr) raise(kUnknownTable, table);
@@ -47,7 +55,8 @@ void lock(engine::Statement& statement) {
 
 void lockRows(const Ref<kvConnection>& connection, std::string_view table, std::string_view column,
               const SqlValue& value) {
-  Database& database = *connection->database();
+  const auto keeper = keeperOf(connection, table);
+  Database& database = *keeper;
   const TableInfo& rows = known(database, table);
   const ColumnInfo* by = column.empty() ? nullptr : &known(rows, column);
   const std::string sql = jet::emitLockRows(rows, by, database.dialect());
@@ -63,7 +72,8 @@ void lockRows(const Ref<kvConnection>& connection, std::string_view table, std::
 void lockLinkedRows(const Ref<kvConnection>& connection, std::string_view table,
                     std::string_view common, std::string_view link, std::string_view column,
                     std::string_view value) {
-  Database& database = *connection->database();
+  const auto keeper = keeperOf(connection, table);
+  Database& database = *keeper;
   const TableInfo& rows = known(database, table);
   const TableInfo& linked = known(database, link);
   const std::string sql = jet::emitLockLinkedRows(rows, known(rows, common), linked,

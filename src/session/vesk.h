@@ -50,9 +50,12 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   // spent: operations that reach for one of them raise 91, and so does a second CloseSession.
   void CloseSession();
 
-  // Opens the register and the children's data servers on it. Success shows in that nothing is
-  // raised; the result is False all the same, and clients rely on that. Raises 2501, 2502, 2503 for
-  // versions that do not go together.
+  // Opens the register and the children's data servers on it, and the database of users and actions
+  // where the configuration names one. Success shows in that nothing is raised; the result is False
+  // all the same, and clients rely on that. Raises 2501, 2502, 2503 for versions that do not go
+  // together. When the database of users cannot be opened, the users of the register itself are
+  // taken, the session is open, and that failure is raised with "The Following Error Occured
+  // Opening External User/Action DataSource : " before its description.
   bool OpenConnection(const std::string& ConnectionString = {},
                       const Ref<kvProfile>& oProfile = {});
 
@@ -93,6 +96,12 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   void SetAppOption(std::int16_t opt, bool Setting);
 
   // ---- actions ----
+
+  // Whether users and actions are kept in a database of their own from the next opening on.
+  // `ConnectionString` says where it is; turning off keeps what is stored of that. Raises 2550 for
+  // an empty one, and the failure with "Unable to connect to external Database :" and a line break
+  // before its description when it cannot be opened; nothing is stored then.
+  bool SetExternalActionSystem(bool TurnOn, const std::string& ConnectionString = {});
 
   // An empty free-standing set with the columns of Actions, to be filled and sent.
   [[nodiscard]] Ref<Recordset> ActionRecord();
@@ -157,13 +166,16 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   void requireVersions();
   // Whether users and their actions can be reached.
   [[nodiscard]] bool hasActionSystem() const;
-  void openUsers();
   // Of a document whose identifier can be joined into a statement: whether the logged-in user owns
   // it, and whether it is controlled.
   [[nodiscard]] bool isCurrentUsersDocument(const std::string& DocumentID) const;
   [[nodiscard]] bool isControlled(const std::string& DocumentID) const;
   // Raises the refusal unless the logged-in user may do this with the copies of `UserID`.
   void requireRelease(const ReleaseRights& rights, const std::string& UserID) const;
+  // Whether users and actions are to be had from a database of their own.
+  [[nodiscard]] bool hasUserDatabase() const;
+  void openUsersAt(const std::string& ConnectionString);
+  void requireUserVersion();
 
   Ref<kvDataServer> dataServer_;
   Ref<clsVeskDocument> document_;
