@@ -140,7 +140,7 @@ std::string editUser(const Session& session, ClientTransaction& transaction,
   if (fields.email) session.requireRight(uredituseremail);
   if (fields.workgroup) session.requireRight(urChangeUsersWorkGroup);
   lockUsers(transaction);
-  const std::string id = findUser(session.database(), user);
+  std::string id = findUser(session.database(), user);
   if (fields.name) requireFreeName(session, *fields.name, id);
   const std::string joined = doubledQuotes(id);
   const auto row = session->User()->Record(joined);

@@ -21,11 +21,11 @@ enum class Step : std::uint8_t { Complete, Close };
 
 // The action of this register with a number; those of others are for administrators only.
 Ref<Recordset> findAction(const Session& session, std::int32_t action) {
-  const auto row = openOwn(session.database(),
-                           "Select AssigneeID, ReferenceID, DateCompleted, DateClosed From Actions "
-                           "Where ActionID = " +
-                               std::to_string(action),
-                           kReadOnly);
+  auto row = openOwn(session.database(),
+                     "Select AssigneeID, ReferenceID, DateCompleted, DateClosed From Actions "
+                     "Where ActionID = " +
+                         std::to_string(action),
+                     kReadOnly);
   const std::string sender = joinText(session->DataServer()->Config()->Value("DBID"));
   if (row->RecordCount() == 0 || !equalNoCase(fieldText(*row, "ReferenceID"), sender))
     refuse("There is no action " + std::to_string(action) + ".");

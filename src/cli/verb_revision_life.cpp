@@ -42,11 +42,10 @@ FoundRevision lockedRevision(const Session& session, ClientTransaction& transact
 
 // A document that is not controlled has no revisions that anybody approves or puts in force.
 Ref<Recordset> controlledDocument(const Session& session, const std::string& id) {
-  const auto document =
-      openOwn(session.database(),
-              "Select Controlled, CurrentRevID From Documents Where DocumentID = '" +
-                  doubledQuotes(id) + "'",
-              kReadOnly);
+  auto document = openOwn(session.database(),
+                          "Select Controlled, CurrentRevID From Documents Where DocumentID = '" +
+                              doubledQuotes(id) + "'",
+                          kReadOnly);
   if (document->RecordCount() == 0) refuse("There is no document '" + id + "'.");
   if (!toBoolean(document->Fields("Controlled")->Value()))
     refuse("The document " + id + " is not controlled.");

@@ -175,7 +175,8 @@ void addDelete(CLI::App& verb, Action& chosen) {
   addKey(*sub, *user);
   sub->footer(
       "Actions and the approvals of revisions keep the user's ID. What a deleted user has to "
-      "approve\nothers can decide about with 'kvvesk revision approve --for ID'.");
+      "approve\nothers can decide about with 'kvvesk revision approve --for ID'.\n"
+      "Where registers share their users, the user is gone from all of them.");
   sub->callback(
       [&chosen, options, user] { chosen = [options, user] { return remove(*options, *user); }; });
 }

@@ -75,6 +75,48 @@ TEST_F(UsersFile, IsSharedByRegisters) {
             0);
 }
 
+TEST_F(UsersFile, UsersAreAddedAndToldThere) {
+  ASSERT_EQ(run({"new", "--users", users_}).code, 0);
+  make(first_, "Anna");
+  make(second_, "Bert");
+  const auto done = [](const Outcome& outcome) {
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.err, "");
+    return outcome.out;
+  };
+  EXPECT_EQ(done(run({"user", "add", first_, "--name", "Carla", "--no-password", "-u", "Anna"})),
+            "added the user User2, Carla\n");
+  EXPECT_EQ(run({"user", "add", second_, "--name", "Carla", "--no-password", "-u", "Bert"}).err,
+            "error 5 (kvvesk): There is a user 'Carla' already.\n");
+  EXPECT_THAT(done(run({"users", second_, "--fields", "*", "--csv", "-u", "Bert"})),
+              HasSubstr("\r\n2,\"User2\",\"Carla\","));
+  EXPECT_THAT(done(run({"user", "show", second_, "Carla", "-u", "Bert"})),
+              HasSubstr("WorkgroupID\nWorkgroup\n"));
+  EXPECT_EQ(done(run({"user", "edit", second_, "Carla", "--workgroup", "0", "-u", "Bert"})),
+            "changed the user User2\n");
+  EXPECT_EQ(sql(second_, "Select UserName From VeskProfiles Order By UserID", "Bert"),
+            "Bert;Carla;")
+      << "from now on she has rights here too";
+
+  (void)done(run({"document", "add", first_, "--title", "Plan", "--number", "P-1", "-u", "Anna"}));
+  (void)sql(first_,
+            "Insert Into Routing (DocumentID, UserID, ListOrder) Select DocumentID, 'User2', 1 "
+            "From Documents");
+  EXPECT_THAT(done(run({"revision", "route", first_, "1", "-u", "Anna"})),
+              HasSubstr("told Carla (User2): Your approval is required\n"));
+  EXPECT_THAT(done(run({"actions", first_, "--of", "Carla", "-u", "Anna"})), HasSubstr("(1 row)"));
+  EXPECT_THAT(done(run({"actions", second_, "--of", "Carla", "-u", "Bert"})), HasSubstr("(0 rows)"))
+      << "the other register has not sent it";
+  EXPECT_EQ(run({"action", "close", second_, "1", "-u", "Bert"}).err,
+            "error 5 (kvvesk): There is no action 1.\n");
+  EXPECT_EQ(done(run({"action", "close", first_, "1", "-u", "Anna"})), "closed the action 1\n");
+
+  EXPECT_THAT(done(run({"user", "delete", first_, "Carla", "-u", "Anna"})),
+              HasSubstr("deleted the user User2; copies held: 0, documents owned: 0, approval "
+                        "lists: 1\n"));
+  EXPECT_THAT(done(run({"users", second_, "-u", "Bert"})), HasSubstr("(2 rows)"));
+}
+
 TEST_F(UsersFile, WhoIsKnownThereBecomesAdministratorWithHisPassword) {
   ASSERT_EQ(run({"new", "--users", users_}).code, 0);
   make(first_, "Anna");
