@@ -312,6 +312,25 @@ TEST_F(UserDatabase, ListsOfIdsAreReadInTheRegister) {
   }
 }
 
+TEST_F(UserDatabase, HoldersAndOwnersAreRecordsFromThere) {
+  reg_.execute("Insert Into Owners (DocumentID, UserID) Values ('D1', 'User2')");
+  for (const char* hard : {"True", "False"})
+    reg_.execute(std::string("Insert Into Personals (UserID, DocumentID, ManualID, HardCopy) "
+                             "Values ('User2', 'D1', 'M1', ") +
+                 hard + ")");
+  reg_.execute("Insert Into Routing (DocumentID, UserID) Values ('D1', 'User2')");
+  inUsers("Insert Into UserFilters (FilterName, FilterFor) Values ('everybody', 1)");
+  logIn("Anna");
+  auto& document = *vesk_->Document();
+  for (const auto& users :
+       {document.Copies("D1", true), document.Owners("D1", true), document.Approvers("D1", true),
+        document.Users("D1", true), vesk_->Manual()->Copies("M1", true)}) {
+    ASSERT_EQ(users->RecordCount(), 1);
+    EXPECT_EQ(users->Fields("UserName")->Value(), Variant("Bert"));
+  }
+  EXPECT_EQ(rows(vesk_->User()->ActionUserQueries("User2", "0")), Texts{"1|everybody"});
+}
+
 TEST_F(UserDatabase, QueriesForUsersAreKeptThere) {
   for (const bool loggedIn : {false, true}) {
     if (loggedIn)
