@@ -4,6 +4,7 @@
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/sql_text.h"
+#include "kvdata/table_value.h"
 #include "revisions/revision.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
@@ -17,6 +18,16 @@ namespace {
 void moveToTurn(Recordset& approvals, const Variant& routingStatus) {
   approvals.MoveFirst();
   approvals.Move(toInt16(routingStatus) - 1);
+}
+
+// Somebody else may have moved the turn on since the caller read it: his decision would then be
+// about a turn that is over, and overwrite the one that ended it.
+void requireTurnAsRead(const kvDataServer& server, const Recordset& revision) {
+  const Variant turn =
+      tableValue(server.Connection()->database(), "Revisions", "RoutingStatus",
+                 "RevisionID = " + joinText(revision.Fields("RevisionID")->Value()));
+  const Variant read = revision.Fields("RoutingStatus")->OriginalValue();
+  if (!turn.isEmpty() && compareValues(turn, read) != 0) raise(kRowChanged);
 }
 
 }  // namespace
@@ -51,6 +62,7 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
                       std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
   const auto status = static_cast<std::int16_t>(decision);
   if (inOrder) {
+    requireTurnAsRead(*dataServer_, *rsrevisions);
     moveToTurn(*rsApprovals, rsrevisions->Fields("RoutingStatus")->Value());
     if (fieldText(*rsApprovals, "UserID") != approver) return false;
     rsApprovals->Fields("ApprovalStatus")->Value(status);

@@ -77,8 +77,7 @@ Cell LifeModel::userName(const Cell& id) const {
 
 const LifeApproval* LifeModel::turn(const LifeRevision& row) const {
   const auto found = approvals.find(row.id);
-  if (found == approvals.end() || row.turn < 1 ||
-      row.turn > static_cast<int>(found->second.size()))
+  if (found == approvals.end() || row.turn < 1 || row.turn > static_cast<int>(found->second.size()))
     return nullptr;
   return &found->second[static_cast<std::size_t>(row.turn) - 1];
 }
@@ -173,8 +172,8 @@ LifeAnswer LifeModel::notify(const LifeActor& actor, LifeRevision* row, bool sen
   const std::string title = joined(documents[row->document].title);
   const std::string revision = joined(settings.revisionWord) + " " + joined(row->level);
   const std::string document = joined(settings.documentWord);
-  const bool rejected = std::any_of(list.begin(), list.end(),
-                                    [](const LifeApproval& a) { return a.status == kNo; });
+  const bool rejected =
+      std::any_of(list.begin(), list.end(), [](const LifeApproval& a) { return a.status == kNo; });
   if (rejected) {
     row->status = kRejected;
     happened = "notify: rejected, nobody told";

@@ -89,7 +89,7 @@ class LifeModel {
   std::chrono::sys_days today{};
   std::map<std::string, LifeUser> users;
   std::map<std::string, LifeDocument> documents;
-  std::set<std::pair<std::string, std::string>> owners;  // document, user
+  std::set<std::pair<std::string, std::string>> owners;    // document, user
   std::map<std::string, std::vector<LifeApproval>> lists;  // of documents, in their order
   std::map<int, LifeRevision> revisions;
   std::map<int, std::vector<LifeApproval>> approvals;

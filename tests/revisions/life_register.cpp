@@ -18,9 +18,9 @@ std::vector<std::vector<Cell>> cellsOf(Recordset& rs) {
 
 LifeAction actionOf(const std::vector<Cell>& cells, std::size_t from) {
   LifeAction out;
-  Cell* const fields[] = {&out.assigneeId,   &out.assignee,  &out.subject,  &out.description,
-                          &out.originator,   &out.originatorId, &out.opened,   &out.due,
-                          &out.completed,    &out.closed,    &out.database, &out.reference,
+  Cell* const fields[] = {&out.assigneeId, &out.assignee,     &out.subject,  &out.description,
+                          &out.originator, &out.originatorId, &out.opened,   &out.due,
+                          &out.completed,  &out.closed,       &out.database, &out.reference,
                           &out.type};
   for (Cell* const field : fields) *field = cells.at(from++);
   return out;
@@ -39,8 +39,7 @@ void load(LifeModel& m, const TestRegister& reg) {
   m.settings.originatorId = config[5];
   if (config[6] != kNothing) m.settings.originator = std::stoi(config[6]);
   for (const auto& c : all("UserID, UserName From Users")) m.users[c[0]] = {c[1], kNothing};
-  for (const auto& c : all("UserID, UserName From VeskProfiles"))
-    m.users[c[0]].profileName = c[1];
+  for (const auto& c : all("UserID, UserName From VeskProfiles")) m.users[c[0]].profileName = c[1];
   for (const auto& c : all("DocumentID, " + kDocumentCells + ", SecurityLevel From Documents"))
     m.documents[c[0]] = {c[1], c[2], c[3], c[4], c[5] == "True"};
   for (const auto& c : all("DocumentID, UserID From Owners")) m.owners.insert({c[0], c[1]});

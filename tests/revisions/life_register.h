@@ -19,7 +19,8 @@ inline const std::string kApprovalCells =
 inline const std::string kActionCells =
     "AssigneeID, Assignee, Subject, Description, Originator, OriginatorID, DateOpened, DateDue, "
     "DateCompleted, DateClosed, ReferenceID, Reference, ActionType";
-inline const std::string kDocumentCells = "DocumentTitle, RevisionLevel, EffectiveDate, CurrentRevID";
+inline const std::string kDocumentCells =
+    "DocumentTitle, RevisionLevel, EffectiveDate, CurrentRevID";
 inline const std::string kCopyCells = "UserID, DocumentID, HardCopy, RevisionID";
 
 // The rows of a set, value by value.

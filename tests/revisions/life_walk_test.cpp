@@ -32,9 +32,8 @@ constexpr int kApproved = 1;
 constexpr int kRejected = 2;
 // An administrator, one who acts as owner of every document, one without any right, and some whom
 // the register names often, as approvers and as owners.
-constexpr std::array<const char*, 9> kActing = {"User9001", "User9002", "User9003",
-                                                "User85",   "User84",   "User31",
-                                                "User19",   "User7",    "User2"};
+constexpr std::array<const char*, 9> kActing = {
+    "User9001", "User9002", "User9003", "User85", "User84", "User31", "User19", "User7", "User2"};
 
 std::string textOf(const LifeAnswer& answer) {
   if (answer.error != 0) return "raised " + std::to_string(answer.error);
@@ -255,9 +254,8 @@ class LifeWalk : public testing::Test {
   void compareTexts(const LifeRevision& row) {
     const auto listed = model_.listedStatus(row);
     std::string text;
-    EXPECT_EQ(test::numberOf([&] {
-                text = revision().RevStatusDescription(revision().GetRevRS(row.id));
-              }),
+    EXPECT_EQ(test::numberOf(
+                  [&] { text = revision().RevStatusDescription(revision().GetRevRS(row.id)); }),
               listed ? 0 : LifeModel::kNoRow);
     EXPECT_EQ(text, listed.value_or(""));
     const auto told = model_.loadedStatus(row);
@@ -285,8 +283,8 @@ class LifeWalk : public testing::Test {
     row.status = current ? 1 : 2;
     what_ = fmt::format("{} adds a revision of {}", actor().name, document);
     row.id = revision().Add(row.document, given(row.level), given(row.user1), given(row.user2),
-                            given(row.change), given(row.location), current,
-                            given(row.responsible), given(row.effective));
+                            given(row.change), given(row.location), current, given(row.responsible),
+                            given(row.effective));
     EXPECT_GT(row.id, model_.revisions.rbegin()->first);
     model_.keep(row);
     added_[document].push_back(row.id);
@@ -403,9 +401,9 @@ class LifeWalk : public testing::Test {
     const auto found = std::find(documents_.begin(), documents_.end(), document);
     const int number = static_cast<int>(found - documents_.begin()) + 1;
     const auto some = [&](int first, int last) {
-      return vesk().GetRecordset(fmt::format(
-          "Select * From Documents Where ID Between {} And {} Order By DocumentTitle", first,
-          last));
+      return vesk().GetRecordset(
+          fmt::format("Select * From Documents Where ID Between {} And {} Order By DocumentTitle",
+                      first, last));
     };
     if (how < 7) {
       out.set = some(number - upTo(9), number + upTo(9));
@@ -433,8 +431,7 @@ class LifeWalk : public testing::Test {
     auto documents = row ? documentsWith(row->document) : Documents();
     const bool own = !documents.set;
     const auto rs = revision().GetRevRS(id);
-    const auto answer =
-        model_.setCurrent(actor(), row ? &*row : nullptr, documents.hasIt, send);
+    const auto answer = model_.setCurrent(actor(), row ? &*row : nullptr, documents.hasIt, send);
     expectAnswer(answerOf([&] {
                    revision().SetAsCurrentRevision(rs, documents.set, send);
                    return true;
@@ -472,8 +469,8 @@ class LifeWalk : public testing::Test {
     const int most = list == model_.approvals.end() ? 0 : static_cast<int>(list->second.size());
     const int turn = oneIn(3) ? upTo(most) : oneIn(2) ? most + 1 : -1;
     what_ = fmt::format("a statement sets the turn of {} to {}", id, turn);
-    vesk().Execute(fmt::format("Update Revisions Set RoutingStatus = {} Where RevisionID = {}",
-                               turn, id));
+    vesk().Execute(
+        fmt::format("Update Revisions Set RoutingStatus = {} Where RevisionID = {}", turn, id));
     if (auto row = modelRow(id)) {
       row->turn = turn;
       model_.keep(*row);
@@ -501,11 +498,10 @@ class LifeWalk : public testing::Test {
                      : first      ? std::stoi(list.front().order)
                                   : std::stoi(list.back().order);
     const int order = first ? edge - 1 : edge + 1;
-    vesk().Execute(fmt::format(
-        "Insert Into Routing (DocumentID, UserID, ListOrder) Values ('{}', '{}', {})", document,
-        user, order));
-    list.insert(first ? list.begin() : list.end(),
-                {.user = user, .order = std::to_string(order)});
+    vesk().Execute(
+        fmt::format("Insert Into Routing (DocumentID, UserID, ListOrder) Values ('{}', '{}', {})",
+                    document, user, order));
+    list.insert(first ? list.begin() : list.end(), {.user = user, .order = std::to_string(order)});
   }
 
   void changeOwners(const std::string& document) {
@@ -518,8 +514,8 @@ class LifeWalk : public testing::Test {
       return;
     }
     model_.owners.insert({document, user});
-    vesk().Execute(fmt::format("Insert Into Owners (DocumentID, UserID) Values ('{}', '{}')",
-                               document, user));
+    vesk().Execute(
+        fmt::format("Insert Into Owners (DocumentID, UserID) Values ('{}', '{}')", document, user));
   }
 
   void changeSettings() {
@@ -555,9 +551,13 @@ class LifeWalk : public testing::Test {
         [[fallthrough]];
       default: {
         const bool on = !oneIn(4);
-        const std::array<std::int16_t, 7> options = {
-            aoNotifyVirtualUsers, aoNotifyHCUsers,  aoNotifyApprovalReq, aoSendActions,
-            aoApproveInOrder,     aoApproveInOrder, 0};
+        const std::array<std::int16_t, 7> options = {aoNotifyVirtualUsers,
+                                                     aoNotifyHCUsers,
+                                                     aoNotifyApprovalReq,
+                                                     aoSendActions,
+                                                     aoApproveInOrder,
+                                                     aoApproveInOrder,
+                                                     0};
         const std::int16_t option = anyOf(options);
         if (option == 0) {
           vesk().SetOwnerAccess(oroverrideapproval, on);
@@ -587,8 +587,8 @@ class LifeWalk : public testing::Test {
     for (const int id : ids)
       expected.push_back(std::to_string(id) + "|" + model_.actions[id].text());
     Texts actual;
-    for (const auto& cells : test::cellsOf(*vesk().GetActions(
-             user == actor().id && oneIn(2) ? "" : user, closedToo)))
+    for (const auto& cells :
+         test::cellsOf(*vesk().GetActions(user == actor().id && oneIn(2) ? "" : user, closedToo)))
       actual.push_back(cells[0] + "|" + test::actionOf(cells, 1).text());
     EXPECT_EQ(actual, expected);
     count(ids.empty() ? "actions: none" : "actions: some");
@@ -724,7 +724,7 @@ class LifeWalk : public testing::Test {
   std::size_t who_ = 0;
   bool together_ = false;
   std::int32_t everyDocument_ = 0;
-  Texts documents_;                               // by number
+  Texts documents_;                                // by number
   std::map<std::string, std::vector<int>> added_;  // revisions of each, by the walk
   std::vector<int> gone_;
   std::map<std::string, int> counts_;
