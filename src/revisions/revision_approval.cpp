@@ -20,14 +20,17 @@ void moveToTurn(Recordset& approvals, const Variant& routingStatus) {
   approvals.Move(toInt16(routingStatus) - 1);
 }
 
-// Somebody else may have moved the turn on since the caller read it: his decision would then be
+// Somebody else may have decided since the caller read whose turn it is: his decision would then be
 // about a turn that is over, and overwrite the one that ended it.
 void requireTurnAsRead(const kvDataServer& server, const Recordset& revision) {
-  const Variant turn =
-      tableValue(server.Connection()->database(), "Revisions", "RoutingStatus",
-                 "RevisionID = " + joinText(revision.Fields("RevisionID")->Value()));
-  const Variant read = revision.Fields("RoutingStatus")->OriginalValue();
-  if (!turn.isEmpty() && compareValues(turn, read) != 0) raise(kRowChanged);
+  const auto stored = openOwn(server.Connection()->database(),
+                              "Select RoutingStatus, RevisionStatus From Revisions Where "
+                              "RevisionID = " +
+                                  joinText(revision.Fields("RevisionID")->Value()));
+  if (stored->Eof()) return;  // which the first write will tell
+  for (const char* column : {"RoutingStatus", "RevisionStatus"})
+    if (stored->Fields(column)->Value() != revision.Fields(column)->OriginalValue())
+      raise(kRowChanged);
 }
 
 }  // namespace

@@ -212,6 +212,23 @@ TEST_F(ApprovalTrouble, ATurnThatHasMovedOnIsNotDecidedAbout) {
   EXPECT_EQ(decisions(id), (Texts{"User2|1", "User3|1", "User4|0"}));
 }
 
+TEST_F(ApprovalTrouble, ARejectionThatSettledItIsNotOverwritten) {
+  options(kInOrder);
+  for (const bool approved : {true, false}) {
+    // The last one's turn stays his when he has decided; only the status tells.
+    const std::int32_t id = awaiting("110", 3);
+    const auto rs = revision().GetRevRS(id);
+    EXPECT_EQ(statesIn(rs), "3|3") << "read";
+    decideThere(id, "User4", approved);
+    const auto before = everything();
+    const auto list = listOf(id);
+    EXPECT_RAISES(kRowChanged, approved ? revision().RejectRevision(rs, "User1", "User4", list)
+                                        : revision().ApproveRevision(rs, "User1", "User4", list));
+    EXPECT_TRUE(everything() == before);
+    EXPECT_EQ(states(id), approved ? "3|4" : "3|5");
+  }
+}
+
 TEST_F(ApprovalTrouble, ATurnThatACallerHasSetCountsOnlyWhileItsRowIsAsRead) {
   options(kInOrder);
   const std::int32_t id = awaiting("000");
