@@ -126,6 +126,7 @@ int run(int argc, char** argv) {
   } else {
     registerRecordSets(large);
     registerDocuments(large);
+    registerRevisions();
   }
   // Before anything else has left memory behind that could be used again.
   if (large) measureMemory();

@@ -22,6 +22,7 @@ class BenchSession {
   BenchSession& operator=(BenchSession&&) = delete;
 
   [[nodiscard]] clsVeskDocument& documents() const { return *vesk_->Document(); }
+  [[nodiscard]] clsVesk& vesk() const { return *vesk_; }
   // How often this session has waited for its server.
   [[nodiscard]] std::uint64_t roundTrips() const;
 

@@ -25,8 +25,11 @@ void registerPair(const Pair& pair, const std::vector<int>& documents);
 // `large` measures at a million documents, too.
 void registerRecordSets(bool large);
 void registerDocuments(bool large);
+// The life of revisions, and logging in; at ten thousand documents.
+void registerRevisions();
 // On the server that KVVESK_TEST_SERVER names.
 void registerServer();
+void registerServerRevisions();
 
 // Prints what an open set over a million documents takes.
 void measureMemory();

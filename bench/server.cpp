@@ -7,14 +7,13 @@
 #include "benches.h"
 #include "common/text_key.h"
 #include "kvdata/connection.h"
+#include "round_trips.h"
 #include "sample_register.h"
 #include "server_floor.h"
 
 namespace kv::bench {
 
 namespace {
-
-constexpr int kStep = 7919;
 
 // Registers last as long as the program; documents are added to one of their own.
 const std::string& sample() {
@@ -29,23 +28,6 @@ const std::string& sampleToAddTo() {
 std::string byIdentifier() {
   return "SELECT " + serverDocumentColumns() + R"( FROM "Documents" WHERE )" +
          serverFold("DocumentID") + R"( = $1 ORDER BY "ID")";
-}
-
-// Runs an operation for one document after another and counts its round trips.
-template <class Who, class Operation>
-void measure(benchmark::State& state, const Who& who, Operation operation) {
-  int n = 0;
-  const auto next = [&] {
-    n = (n + kStep) % kSmall;
-    operation(n);
-  };
-  // What is prepared at the first times is no part of the others.
-  next();
-  next();
-  const auto before = who.roundTrips();
-  for (auto _ : state) next();
-  state.counters["trips"] =
-      static_cast<double>(who.roundTrips() - before) / static_cast<double>(state.iterations());
 }
 
 class Connected {
@@ -278,6 +260,7 @@ void registerServer() {
       {"Records, all: read all", records<false, true>, recordsFloor<false, true>},
   };
   for (const auto& pair : pairs) registerPair(pair, {kSmall});
+  registerServerRevisions();
 }
 
 }  // namespace kv::bench

@@ -86,7 +86,8 @@ class clsVeskRevision : public Object {
                                 const std::string& ApprovingForID);
   // Records a decision and lets NotifyNextapprover go on. Where approvers decide in order, False
   // and nothing changed when it is not that approver's turn; otherwise 3021 when he is not on the
-  // list.
+  // list. -2147217864, and nothing changed, when somebody else has decided for that approver, or in
+  // order for anybody, since the caller read the sets.
   bool ApproveRevision(const Ref<Recordset>& rsrevisions, const std::string& CurrentUserID,
                        const std::string& UserApproveForID, const Ref<Recordset>& rsApprovals,
                        bool sendaction = true);

@@ -4,6 +4,7 @@
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/sql_text.h"
+#include "kvdata/table_value.h"
 #include "revisions/revision.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
@@ -17,6 +18,19 @@ namespace {
 void moveToTurn(Recordset& approvals, const Variant& routingStatus) {
   approvals.MoveFirst();
   approvals.Move(toInt16(routingStatus) - 1);
+}
+
+// Somebody else may have decided since the caller read whose turn it is: his decision would then be
+// about a turn that is over, and overwrite the one that ended it.
+void requireTurnAsRead(const kvDataServer& server, const Recordset& revision) {
+  const auto stored = openOwn(server.Connection()->database(),
+                              "Select RoutingStatus, RevisionStatus From Revisions Where "
+                              "RevisionID = " +
+                                  joinText(revision.Fields("RevisionID")->Value()));
+  if (stored->Eof()) return;  // which the first write will tell
+  for (const char* column : {"RoutingStatus", "RevisionStatus"})
+    if (stored->Fields(column)->Value() != revision.Fields(column)->OriginalValue())
+      raise(kRowChanged);
 }
 
 }  // namespace
@@ -51,6 +65,7 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
                       std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
   const auto status = static_cast<std::int16_t>(decision);
   if (inOrder) {
+    requireTurnAsRead(*dataServer_, *rsrevisions);
     moveToTurn(*rsApprovals, rsrevisions->Fields("RoutingStatus")->Value());
     if (fieldText(*rsApprovals, "UserID") != approver) return false;
     rsApprovals->Fields("ApprovalStatus")->Value(status);
