@@ -212,8 +212,7 @@ RelationAnswer RelationModel::approves(const RelationActor& actor, const std::st
   Places& list = routing[document];
   if (remove) {
     if (list.erase(user) == 0)
-      return refused(what, 2512, source,
-                     "This user is not in the approval list for this document");
+      return refused(what, 2512, source, "This user is not in the approval list for this document");
   } else if (!list.emplace(user, std::nullopt).second) {
     return refused(what, 2510, source,
                    "This user is already in the approval list for this document");
@@ -242,9 +241,9 @@ RelationAnswer RelationModel::documentUser(const RelationActor& actor, std::stri
     if (!actor.has(right)) {
       const std::string no = "You do not have the right to ";
       if (hard)
-        return refused(what, 2531, source,
-                       no + (remove ? "collect documents from users"
-                                    : "release documents to users"));
+        return refused(
+            what, 2531, source,
+            no + (remove ? "collect documents from users" : "release documents to users"));
       const std::string verb = remove ? "remove documents from " : "add documents to ";
       if (user != actor.id)
         return refused(what + ", another's", 2531, source,
@@ -284,8 +283,8 @@ RelationAnswer RelationModel::manualUser(const RelationActor& actor, const std::
                                          const std::string& user, bool hard,
                                          const std::string& copy, bool remove) {
   const std::string source = "ManualUserRelation";
-  const std::string what = std::string("manual ") + (remove ? "taken back" : "given") +
-                           (hard ? ", hard" : ", virtual");
+  const std::string what =
+      std::string("manual ") + (remove ? "taken back" : "given") + (hard ? ", hard" : ", virtual");
   int right = remove ? kCollectManual : kReleaseManual;
   if (!hard) right = remove ? kManualFromOthers : kManualToOthers;
   std::string how = " by right";
@@ -323,8 +322,7 @@ RelationAnswer RelationModel::manualUser(const RelationActor& actor, const std::
     if (row != documents.end())
       added.push_back({user, document, manual, hard, copy, row->second.revision});
   }
-  if (added.empty())
-    return refused(what, 2522, source, "Unable to add this manual to this user");
+  if (added.empty()) return refused(what, 2522, source, "Unable to add this manual to this user");
   return done(what + how + (holds ? ", again" : ""));
 }
 

@@ -55,8 +55,8 @@ using Places = std::map<std::string, std::optional<double>>;
 class RelationModel {
  public:
   std::map<std::string, RelationDocument> documents;
-  std::map<std::string, Places> contents;  // by manual
-  std::map<std::string, Places> routing;   // by document
+  std::map<std::string, Places> contents;                // by manual
+  std::map<std::string, Places> routing;                 // by document
   std::set<std::pair<std::string, std::string>> owners;  // document, user
   std::map<int, Holding> holdings;                       // by release
   std::string ownerRights;
