@@ -1,0 +1,16 @@
+// A manual of 5,000 documents that 1,000 users hold: five million lines, in which operations still
+// have to come to an end soon. Built with the other tests and run by hand, as it takes minutes:
+//   build/release/tests/heavy_test
+//   scripts/with-postgres build/release/tests/heavy_test
+// It says how long each operation took.
+#include "relations/large_manual.h"
+
+namespace kv {
+namespace {
+
+using LargeManual = test::LargeManual;
+
+TEST_F(LargeManual, OfFiveThousandDocumentsIsHeldByAThousandUsers) { run(5000, 1000, true); }
+
+}  // namespace
+}  // namespace kv
