@@ -25,6 +25,8 @@ void addRevision(CLI::App& app, Action& chosen);
 void addRights(CLI::App& app, Action& chosen);
 void addUsers(CLI::App& app, Action& chosen);
 void addUser(CLI::App& app, Action& chosen);
+void addManuals(CLI::App& app, Action& chosen);
+void addManual(CLI::App& app, Action& chosen);
 void addActions(CLI::App& app, Action& chosen);
 void addAction(CLI::App& app, Action& chosen);
 void addQueries(CLI::App& app, Action& chosen);
