@@ -222,6 +222,9 @@ class RightsOfVerbs : public testing::Test {
         {"STATEMENT", "Select 1"},
         {"MANUAL", "Handbook"},
         {"EMPTY", "Leaflet"},
+        {"HELD", "D5"},
+        {"HELDMANUAL", "Binder"},
+        {"RELEASE", "901"},
         {"MANUALQUERY", "All manuals"},
         {"MANUALFIELD", "ManUser1"},
         {"FOLDER", KVVESK_SOURCE "/examples/register"}};
