@@ -5,6 +5,7 @@
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "common/text_key.h"
 #include "kvdata/table_value.h"
 #include "rights/rights.h"
 
@@ -50,6 +51,23 @@ bool isHidden(const Session& session, const std::string& documentId) {
                               doubledQuotes(documentId) + "' and SecurityLevel <> 0",
                           kReadOnly);
   return rs->RecordCount() > 0 && !isOwner(session, documentId);
+}
+
+HiddenDocuments::HiddenDocuments(const Session& session) {
+  if (session.isAdministrator() || session->UserAccess(urActAsDocumentOwner)) return;
+  const auto idsIn = [&](const std::string& rest) {
+    return openOwn(session.database(), "Select DocumentID From " + rest, kReadOnly);
+  };
+  const auto secured = idsIn("Documents Where SecurityLevel <> 0");
+  for (; !secured->Eof(); secured->MoveNext())
+    ids_.insert(foldKey(joinText(secured->Fields(0)->Value())));
+  const auto owned =
+      idsIn("Owners Where UserID = '" + doubledQuotes(session.profile()->UserID()) + "'");
+  for (; !owned->Eof(); owned->MoveNext()) ids_.erase(foldKey(joinText(owned->Fields(0)->Value())));
+}
+
+bool HiddenDocuments::contains(std::string_view documentId) const {
+  return ids_.contains(foldKey(documentId));
 }
 
 DocumentKey findDocument(const Session& session, const std::string& document) {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
+#include <string_view>
 
 #include "cli/options.h"
 
@@ -21,6 +23,15 @@ struct DocumentKey {
 
 // Whether a document is secured from the logged-in user.
 [[nodiscard]] bool isHidden(const Session& session, const std::string& documentId);
+// The same of all documents, for lists of many.
+class HiddenDocuments {
+ public:
+  explicit HiddenDocuments(const Session& session);
+  [[nodiscard]] bool contains(std::string_view documentId) const;
+
+ private:
+  std::set<std::string> ids_;  // as they are compared
+};
 // Whether the logged-in user counts as its owner: is one, or may act as one everywhere.
 [[nodiscard]] bool isOwner(const Session& session, const std::string& documentId);
 

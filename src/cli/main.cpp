@@ -38,6 +38,11 @@ int run(int argc, char** argv) {
   kv::cli::addDocument(app, chosen);
   kv::cli::addRevisions(app, chosen);
   kv::cli::addRevision(app, chosen);
+  kv::cli::addManuals(app, chosen);
+  kv::cli::addManual(app, chosen);
+  kv::cli::addRelease(app, chosen);
+  kv::cli::addCollect(app, chosen);
+  kv::cli::addPersonal(app, chosen);
   kv::cli::addActions(app, chosen);
   kv::cli::addAction(app, chosen);
   kv::cli::addQueries(app, chosen);

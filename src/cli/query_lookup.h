@@ -17,6 +17,7 @@ struct QueryTable {
   const char* kind;
 };
 inline constexpr QueryTable kDocumentQueries{"DocumentQuerys", "document"};
+inline constexpr QueryTable kManualQueries{"ManualQuerys", "manual"};
 inline constexpr QueryTable kUserQueries{"UserQuerys", "user"};
 
 // The number of the query with this number or, when there is none, with this name. Raises 5 when

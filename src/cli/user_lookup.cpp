@@ -3,6 +3,7 @@
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "common/text_key.h"
 #include "kvdata/table_value.h"
 
 namespace kv::cli {
@@ -44,6 +45,17 @@ bool isUser(const std::shared_ptr<Database>& database, const std::string& name,
                   ") and UserID <> '" + doubledQuotes(except) + "'",
               kReadOnly);
   return rs->RecordCount() > 0;
+}
+
+UserNames::UserNames(const std::shared_ptr<Database>& database) {
+  const auto rs = openOwn(database, "Select UserID, UserName From Users", kReadOnly);
+  for (; !rs->Eof(); rs->MoveNext())
+    names_.emplace(foldKey(joinText(rs->Fields(0)->Value())), rs->Fields(1)->Value());
+}
+
+Variant UserNames::of(const Variant& userId) const {
+  const auto found = names_.find(foldKey(joinText(userId)));
+  return found == names_.end() ? Variant(Null) : found->second;
 }
 
 }  // namespace kv::cli

@@ -1,9 +1,11 @@
 // Users as people name them on the command line.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
+#include "common/variant.h"
 #include "kvdata/recordset/database.h"
 
 namespace kv::cli {
@@ -17,5 +19,16 @@ namespace kv::cli {
 // Whether another user than the one with the ID `except` goes by this name, or by this ID.
 [[nodiscard]] bool isUser(const std::shared_ptr<Database>& database, const std::string& name,
                           const std::string& except = {});
+
+// The names of all users, for lists that have their IDs.
+class UserNames {
+ public:
+  explicit UserNames(const std::shared_ptr<Database>& database);
+  // Null for an ID that nobody has.
+  [[nodiscard]] Variant of(const Variant& userId) const;
+
+ private:
+  std::map<std::string, Variant> names_;  // by the ID as it is compared
+};
 
 }  // namespace kv::cli

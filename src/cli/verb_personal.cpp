@@ -1,0 +1,37 @@
+#include "cli/copy_change.h"
+#include "cli/given_options.h"
+#include "cli/terminal.h"
+#include "cli/verbs.h"
+
+namespace kv::cli {
+
+namespace {
+
+using Change = int (*)(const Options&, const CopyChange&);
+
+void addPart(CLI::App& verb, Action& chosen, const char* name, const char* help, Change run) {
+  auto* sub = verb.add_subcommand(name, help);
+  const auto options = std::make_shared<Options>();
+  const auto change = std::make_shared<CopyChange>();
+  addCommon(*sub, *options);
+  addFormats(*sub, *options, false);
+  addText(*sub, "--document", change->document, "The document, by identifier or number");
+  addText(*sub, "--manual", change->manual, "The manual, by identifier or name");
+  addText(*sub, "--of", change->user, "Whose list, by ID or name; one's own when left out");
+  sub->callback([&chosen, options, change, run] {
+    if (change->document.has_value() == change->manual.has_value())
+      throw UsageError("give either --document or --manual");
+    chosen = [options, change, run] { return run(*options, *change); };
+  });
+}
+
+}  // namespace
+
+void addPersonal(CLI::App& app, Action& chosen) {
+  auto* verb = app.add_subcommand("personal", "Change what is on a user's personal list");
+  verb->require_subcommand(1);
+  addPart(*verb, chosen, "add", "Put a document or a manual on a personal list", giveCopy);
+  addPart(*verb, chosen, "remove", "Take a document or a manual off a personal list", takeOffList);
+}
+
+}  // namespace kv::cli
