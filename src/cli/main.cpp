@@ -47,6 +47,7 @@ int run(int argc, char** argv) {
   kv::cli::addPasswd(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);
+  kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
   try {

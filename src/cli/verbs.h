@@ -16,6 +16,7 @@ void addNew(CLI::App& app, Action& chosen);
 void addPasswd(CLI::App& app, Action& chosen);
 void addConfig(CLI::App& app, Action& chosen);
 void addImport(CLI::App& app, Action& chosen);
+void addExport(CLI::App& app, Action& chosen);
 void addCopy(CLI::App& app, Action& chosen);
 void addSql(CLI::App& app, Action& chosen);
 void addDocuments(CLI::App& app, Action& chosen);
