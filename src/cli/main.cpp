@@ -38,6 +38,8 @@ int run(int argc, char** argv) {
   kv::cli::addDocument(app, chosen);
   kv::cli::addRevisions(app, chosen);
   kv::cli::addRevision(app, chosen);
+  kv::cli::addOwners(app, chosen);
+  kv::cli::addApprovers(app, chosen);
   kv::cli::addActions(app, chosen);
   kv::cli::addAction(app, chosen);
   kv::cli::addQueries(app, chosen);

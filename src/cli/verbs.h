@@ -28,6 +28,8 @@ void addUsers(CLI::App& app, Action& chosen);
 void addUser(CLI::App& app, Action& chosen);
 void addActions(CLI::App& app, Action& chosen);
 void addAction(CLI::App& app, Action& chosen);
+void addOwners(CLI::App& app, Action& chosen);
+void addApprovers(CLI::App& app, Action& chosen);
 void addQueries(CLI::App& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.
