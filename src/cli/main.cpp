@@ -43,6 +43,8 @@ int run(int argc, char** argv) {
   kv::cli::addRelease(app, chosen);
   kv::cli::addCollect(app, chosen);
   kv::cli::addPersonal(app, chosen);
+  kv::cli::addOwners(app, chosen);
+  kv::cli::addApprovers(app, chosen);
   kv::cli::addActions(app, chosen);
   kv::cli::addAction(app, chosen);
   kv::cli::addQueries(app, chosen);
@@ -52,6 +54,7 @@ int run(int argc, char** argv) {
   kv::cli::addPasswd(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);
+  kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
   try {

@@ -16,6 +16,7 @@ void addNew(CLI::App& app, Action& chosen);
 void addPasswd(CLI::App& app, Action& chosen);
 void addConfig(CLI::App& app, Action& chosen);
 void addImport(CLI::App& app, Action& chosen);
+void addExport(CLI::App& app, Action& chosen);
 void addCopy(CLI::App& app, Action& chosen);
 void addSql(CLI::App& app, Action& chosen);
 void addDocuments(CLI::App& app, Action& chosen);
@@ -32,6 +33,8 @@ void addCollect(CLI::App& app, Action& chosen);
 void addPersonal(CLI::App& app, Action& chosen);
 void addActions(CLI::App& app, Action& chosen);
 void addAction(CLI::App& app, Action& chosen);
+void addOwners(CLI::App& app, Action& chosen);
+void addApprovers(CLI::App& app, Action& chosen);
 void addQueries(CLI::App& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.

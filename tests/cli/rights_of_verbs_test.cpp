@@ -78,7 +78,8 @@ LibraryError refusalFor(int right, bool ofManual) {
 // What a row's command says to who does not hold its first right.
 std::string refusalOf(const Row& row, const std::string& text) {
   if (row.userRights.empty() || !row.userRights.front().ofRegister) return test::denied(text);
-  const bool ofManual = std::ranges::find(row.command, "--manual") != row.command.end();
+  const bool ofManual =
+      std::find(row.command.begin(), row.command.end(), "--manual") != row.command.end();
   const auto [code, source, description] = refusalFor(row.userRights.front().number, ofManual);
   return fmt::format("error {} ({}): {}\n", kErrorBase + code, source, description);
 }
@@ -167,6 +168,8 @@ class RightsOfVerbs : public testing::Test {
           // binder. The leaflet is empty.
           "Insert Into Documents (ID, DocumentID, DocumentTitle, DocumentNumber, Controlled, "
           "CurrentRevID) Values (905, 'D5', 'Held', 'P-5', True, 905)",
+          "Insert Into Revisions (RevisionID, DocumentID, RevisionLevel, RevisionStatus) Values "
+          "(905, 'D5', 'A', 1)",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (901, 'M1', 'Handbook')",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (902, 'M2', 'Binder')",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (903, 'M3', 'Leaflet')",
@@ -183,7 +186,10 @@ class RightsOfVerbs : public testing::Test {
           "Insert Into Personals (ReleaseID, UserID, DocumentID, ManualID, HardCopy, CopyNumber) "
           "Values (905, 'User902', 'D5', 'M2', False, '-1')",
           "Insert Into Personals (ReleaseID, UserID, DocumentID, ManualID, HardCopy, CopyNumber) "
-          "Values (906, 'User903', 'D5', 'M2', False, '-1')"})
+          "Values (906, 'User903', 'D5', 'M2', False, '-1')",
+          "Insert Into Documents (ID, DocumentID, Controlled) Values (904, 'D4', True)",
+          "Insert Into Routing (DocumentID, UserID, ListOrder) Values ('D4', 'User903', 1)",
+          "Insert Into Routing (DocumentID, UserID, ListOrder) Values ('D4', 'User902', 2)"})
       reg.execute(sql);
   }
 
@@ -196,11 +202,13 @@ class RightsOfVerbs : public testing::Test {
     reg.setRights("User902", attempt.rights);
     reg.setOwnerRights(attempt.ownerRights);
     reg.execute("Delete * From Owners");
+    reg.own("D4", "User903");
     if (attempt.owner)
-      for (const char* document : {"D1", "D5"}) reg.own(document, "User902");
+      for (const char* document : {"D1", "D4", "D5"}) reg.own(document, "User902");
     const std::map<std::string, std::string> stand = {
         {"REGISTER", reg.path()},
         {"DOCUMENT", "D1"},
+        {"LISTED", "D4"},
         {"REVISION", "902"},
         {"AWAITING", "910"},
         {"ACTION", "901"},

@@ -34,6 +34,8 @@ class CsvTable {
   // Records in the file behind the heading, those left out included; up to the broken one where a
   // quotation mark is out of place.
   [[nodiscard]] std::size_t read() const noexcept { return read_; }
+  // Whether the heading names a column that need not be there.
+  [[nodiscard]] bool has(std::string_view column) const { return places_.contains(column); }
   [[nodiscard]] const std::string& at(std::size_t row, std::string_view column) const;
   [[nodiscard]] std::size_t record(std::size_t row) const { return records_[row]; }
 

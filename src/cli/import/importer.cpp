@@ -47,6 +47,12 @@ Date nextSecond(Date date) { return Date::fromMilliseconds(date.milliseconds() +
 
 }  // namespace
 
+std::string approvalText(const std::string& revisionWord, const std::string& level,
+                         const std::string& title, const std::string& documentWord) {
+  return fmt::format("{} {} of the {} {} requires your approval.", revisionWord, level, title,
+                     documentWord);
+}
+
 struct Importer::Files {
   explicit Files(const std::string& folder, std::vector<Problem>& p)
       : users(folder, "users", {"user_id", "user_name", "workgroup", "title", "kind"}, p,
@@ -174,6 +180,7 @@ void Importer::requireDay(const CsvTable& file, std::size_t row, std::string_vie
 std::string Importer::userOf(const CsvTable& file, std::size_t row, std::string_view column) {
   const std::string& key = file.at(row, column);
   if (key.empty() || key == kToBeDecided) return key;
+  if (key == kFirstUserKey) return kFirstUserId;
   const auto known = users_.find(key);
   if (known != users_.end()) return userIdOf(known->second);
   if (dangles(files_->users, key))
@@ -272,6 +279,15 @@ void Importer::checkDocuments(const CsvTable& documents) {
     facts.location = documents.at(r, "location");
     // The identifier is made as for a new document: who brought it in, and when. Two of one second
     // get two seconds.
+    // A register that has others than these can say so.
+    if (documents.has("document_id")) facts.documentId = documents.at(r, "document_id");
+    if (!facts.documentId.empty()) {
+      if (!taken.insert(facts.documentId).second)
+        report(documents, r, "the identifier '" + facts.documentId + "' occurs twice");
+      if (!documents.at(r, "recorded_by").empty()) (void)userOf(documents, r, "recorded_by");
+      documents_.emplace(documents.at(r, "document_key"), std::move(facts));
+      continue;
+    }
     const auto recorded = parseDate(documents.at(r, "recorded"));
     const std::string user = requireUser(documents, r, "recorded_by");
     if (!recorded) report(documents, r, "recorded is not a date and time");
@@ -671,9 +687,8 @@ void Importer::writeActions(const Files& files) {
             .text("AssigneeID", assignee)
             .text("Assignee", userNames_[assignee])
             .text("Subject", "Your approval is required")
-            .text("Description",
-                  fmt::format("{} {} of the {} {} requires your approval.", revisionWord,
-                              files.revisions.at(revision, "level"), document.title, documentWord))
+            .text("Description", approvalText(revisionWord, files.revisions.at(revision, "level"),
+                                              document.title, documentWord))
             .text("Originator", userNames_[originator])
             .text("OriginatorID", originator)
             .date("DateOpened", isoText(opened))

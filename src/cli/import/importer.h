@@ -17,6 +17,14 @@
 
 namespace kv::cli {
 
+// The user who made a register. Every register has its own, so he has a key and no record.
+inline constexpr const char* kFirstUserKey = "user0";
+inline constexpr const char* kFirstUserId = "User0";
+
+// What an approver is told.
+[[nodiscard]] std::string approvalText(const std::string& revisionWord, const std::string& level,
+                                       const std::string& title, const std::string& documentWord);
+
 struct ImportReport {
   std::vector<std::pair<std::string, std::size_t>> read;  // file and its records
   std::vector<std::pair<std::string, std::size_t>>
