@@ -172,8 +172,8 @@ TEST_F(Processes, RouteARevisionOnce) {
 }
 
 TEST_F(Processes, NeverPutTwoRevisionsInForce) {
-  std::vector<int> ids;
-  for (int i = 0; i < kApprovers; ++i) ids.push_back(addRevision(4));
+  std::vector<int> ids(kApprovers);
+  for (int& id : ids) id = addRevision(4);
   Ref<Recordset> documents;
   revision().SetAsCurrentRevision(revision().GetRevRS(ids[0]), documents, false);
   start("current", false);
