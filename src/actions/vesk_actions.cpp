@@ -7,7 +7,30 @@
 
 namespace kv {
 
-bool clsVesk::hasActionSystem() const { return mainUser_ && mainUser_->DataServer()->Connection(); }
+bool clsVesk::SetExternalActionSystem(bool TurnOn, const std::string& ConnectionString) {
+  if (!TurnOn) {
+    Execute("Update VeskCOnfig Set ExternalActionSystem = False");
+    return true;
+  }
+  const auto users = makeRef<kvUser>();
+  if (ConnectionString.empty()) raise(kNoLocation);
+  try {
+    users->OpenConnection(std::string(kUserDatabaseAt) + ConnectionString);
+  } catch (const Error& e) {
+    throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description());
+  }
+  users->DataServer()->Close();
+  Execute("Update VeskConfig Set ExternalActionSystem = -1, UserDBLocation = '" +
+          inQuotes(ConnectionString) + "'");
+  return true;
+}
+
+bool clsVesk::hasActionSystem() const {
+  const auto connection = mainUser_ ? mainUser_->DataServer()->Connection() : nullptr;
+  if (!connection) return false;
+  const auto& users = connection->database()->other();
+  return users == nullptr || users->isOpen();
+}
 
 Ref<Recordset> clsVesk::ActionRecord() {
   const auto source = dataServer_->Connection()->OpenRecordset(

@@ -28,7 +28,9 @@ void writeDone(std::ostream& out, const std::string& sentence,
   }
   const auto rs = Recordset::create();
   for (const auto& [name, value] : keys)
-    rs->Fields().Append(name, value.isText() ? kTypeLongVarWChar : kTypeInteger);
+    rs->Fields().Append(name, value.isText()                      ? kTypeLongVarWChar
+                              : value.kind() == VariantKind::Date ? kTypeDate
+                                                                  : kTypeInteger);
   rs->Open();
   rs->AddNew();
   for (const auto& [name, value] : keys) rs->Fields(name)->Value(value);

@@ -13,6 +13,11 @@ void addCommon(CLI::App& verb, Options& options) {
                   "Append every statement that runs to this file, one per line");
 }
 
+void addJson(CLI::App& verb, Options& options, const std::string& help) {
+  verb.add_flag_callback(
+      "--json", [&options] { options.format = Format::Json; }, help);
+}
+
 void addFormats(CLI::App& verb, Options& options, bool lines) {
   const auto format = [&](const char* name, const char* help, Format value) {
     return verb.add_flag_callback(

@@ -1,5 +1,7 @@
 #include "cli/given_options.h"
 
+#include "cli/whole_number.h"
+
 namespace kv::cli {
 
 namespace {
@@ -18,6 +20,20 @@ CLI::Option* addText(CLI::App& verb, const std::string& name, std::optional<std:
       .add_option_function<std::string>(
           name, [&given](const std::string& text) { given = text; }, help)
       ->type_name("TEXT");
+}
+
+CLI::Option* addNumber(CLI::App& verb, const std::string& name, std::int32_t& number,
+                       const std::string& help) {
+  return verb
+      .add_option_function<std::string>(
+          name,
+          [&number, name](const std::string& text) {
+            const auto given = wholeNumber(text);
+            if (!given) throw CLI::ValidationError(name, "'" + text + "' is not a number");
+            number = *given;
+          },
+          help)
+      ->type_name("NUMBER");
 }
 
 CLI::Option* addYesNo(CLI::App& verb, const std::string& name, std::optional<bool>& given,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -11,6 +12,10 @@ namespace kv::cli {
 
 CLI::Option* addText(CLI::App& verb, const std::string& name, std::optional<std::string>& given,
                      const std::string& help);
+
+// Takes a whole number.
+CLI::Option* addNumber(CLI::App& verb, const std::string& name, std::int32_t& number,
+                       const std::string& help);
 
 // Takes yes and no.
 CLI::Option* addYesNo(CLI::App& verb, const std::string& name, std::optional<bool>& given,

@@ -11,6 +11,16 @@
 
 namespace {
 
+// One of the words may be a password, given here by mistake; it must not be repeated where errors
+// are kept. So no more is told than the names of options.
+[[noreturn]] void refuseExtras(const CLI::App& app) {
+  std::string options;
+  for (const auto& word : app.remaining(true))
+    if (word.starts_with("-")) options += " " + word.substr(0, word.find('='));
+  throw kv::cli::UsageError(options.empty() ? "there are more words than this takes; see --help"
+                                            : "this does not take" + options + "; see --help");
+}
+
 int run(int argc, char** argv) {
   CLI::App app{
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
@@ -28,7 +38,11 @@ int run(int argc, char** argv) {
   kv::cli::addDocument(app, chosen);
   kv::cli::addRevisions(app, chosen);
   kv::cli::addRevision(app, chosen);
+  kv::cli::addActions(app, chosen);
+  kv::cli::addAction(app, chosen);
   kv::cli::addQueries(app, chosen);
+  kv::cli::addUsers(app, chosen);
+  kv::cli::addUser(app, chosen);
   kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
   kv::cli::addConfig(app, chosen);
@@ -37,6 +51,8 @@ int run(int argc, char** argv) {
   kv::cli::addSql(app, chosen);
   try {
     app.parse(argc, argv);
+  } catch (const CLI::ExtrasError&) {
+    refuseExtras(app);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? kv::cli::kDone : kv::cli::kUsage;
   }

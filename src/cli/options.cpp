@@ -1,9 +1,19 @@
 #include "cli/options.h"
 
+#include <iostream>
+
 #include "cli/terminal.h"
 #include "common/error.h"
+#include "session/vesk_errors.h"
 
 namespace kv::cli {
+
+namespace {
+
+// The one failure of an opening after which the session is open all the same.
+bool isAboutUsers(const Error& e) { return e.description().starts_with(kUserDatabaseFailed); }
+
+}  // namespace
 
 void deny(std::string_view why) {
   throw Error(kPermission, "kvvesk",
@@ -14,7 +24,13 @@ Session::Session(const Options& options) : vesk_(clsVesk::create()) {
   try {
     const std::string password =
         passwordFor("KVVESK_PASSWORD", "Password of " + options.user + ": ");
-    vesk_->OpenConnection("Data Source=" + quotedValue(options.registerPath));
+    try {
+      vesk_->OpenConnection("Data Source=" + quotedValue(options.registerPath));
+    } catch (const Error& e) {
+      if (!options.ownUsersDo || !isAboutUsers(e)) throw;
+      std::cerr << "kvvesk: " << e.description()
+                << "\nkvvesk: the register's own users are taken\n";
+    }
     const auto connection = vesk_->DataServer()->Connection();
     if (!options.trace.empty()) vesk_->DataServer()->StatementLog(options.trace);
     interruptOnSignal(connection);

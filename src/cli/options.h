@@ -23,6 +23,8 @@ struct Options {
   std::string user;
   std::string trace;
   Format format = Format::Table;
+  // Whether the verb may go on with the register's own users where those outside cannot be reached.
+  bool ownUsersDo = false;
 };
 
 // Raises 70 with the reason.

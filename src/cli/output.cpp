@@ -94,6 +94,31 @@ void eachRow(Recordset& rs, Row row) {
   for (; !rs.Eof(); rs.MoveNext()) row(fields);
 }
 
+Json namesOf(Recordset& rs) {
+  Json names = Json::array();
+  for (std::int32_t i = 0; i < rs.Fields().Count(); ++i) names.push_back(rs.Fields(i)->Name());
+  return names;
+}
+
+Json rowOf(const std::vector<Ref<Field>>& fields) {
+  Json row = Json::array();
+  for (const auto& field : fields) row.push_back(jsonOf(field->Value()));
+  return row;
+}
+
+// The two members of an object of columns and rows, a row to a line. Row by row, so that a large
+// result needs no large memory.
+void writeMembers(std::ostream& out, Recordset& rs, const std::string& indent) {
+  out << indent << "\"columns\": " << namesOf(rs).dump() << ",\n" << indent << "\"rows\": [";
+  bool first = true;
+  eachRow(rs, [&](const auto& fields) {
+    out << (first ? "\n" : ",\n") << indent << "  " << rowOf(fields).dump();
+    first = false;
+  });
+  if (!first) out << '\n' << indent;
+  out << ']';
+}
+
 }  // namespace
 
 std::string plainText(const Variant& value) {
@@ -121,19 +146,18 @@ void writeRows(std::ostream& out, Recordset& rs, Format format) {
   }
   switch (format) {
     case Format::Json:
+      out << "{\n";
+      writeMembers(out, rs, "  ");
+      out << "\n}\n";
+      return;
     case Format::JsonLines: {
-      // Row by row, so that a large result needs no large memory.
-      const bool lines = format == Format::JsonLines;
-      out << (lines ? "{\"columns\":" : "{\n  \"columns\": ") << Json(names).dump()
-          << (lines ? ",\"rows\":[" : ",\n  \"rows\": [");
+      out << "{\"columns\":" << namesOf(rs).dump() << ",\"rows\":[";
       bool first = true;
       eachRow(rs, [&](const auto& fields) {
-        Json row = Json::array();
-        for (const auto& field : fields) row.push_back(jsonOf(field->Value()));
-        out << (first ? "" : ",") << (lines ? "" : "\n    ") << row.dump();
+        out << (first ? "" : ",") << rowOf(fields).dump();
         first = false;
       });
-      out << (lines ? "]}\n" : first ? "]\n}\n" : "\n  ]\n}\n");
+      out << "]}\n";
       return;
     }
     case Format::Csv: {
@@ -169,6 +193,14 @@ void writeRows(std::ostream& out, Recordset& rs, Format format) {
       return;
     }
   }
+}
+
+void writeJson(std::ostream& out, Recordset& rs, const char* name, Recordset& more) {
+  out << "{\n";
+  writeMembers(out, rs, "  ");
+  out << ",\n  " << Json(name).dump() << ": {\n";
+  writeMembers(out, more, "    ");
+  out << "\n  }\n}\n";
 }
 
 void writeAffected(std::ostream& out, std::int64_t affected, Format format) {

@@ -19,6 +19,10 @@ namespace kv::cli {
 // stands on one line.
 void writeRows(std::ostream& out, Recordset& rs, Format format);
 
+// Two results as one JSON object: the columns and rows of the first, and those of the second as an
+// object under a name.
+void writeJson(std::ostream& out, Recordset& rs, const char* name, Recordset& more);
+
 // {"affected":n}, or a line that says it.
 void writeAffected(std::ostream& out, std::int64_t affected, Format format);
 

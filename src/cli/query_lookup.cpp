@@ -1,8 +1,6 @@
 #include "cli/query_lookup.h"
 
-#include <charconv>
-#include <optional>
-
+#include "cli/whole_number.h"
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
@@ -12,39 +10,35 @@ namespace kv::cli {
 
 namespace {
 
-std::optional<std::int32_t> numberOf(const std::string& text) {
-  std::int32_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [read, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || read != end) return std::nullopt;
-  return number;
-}
-
-Ref<Recordset> queriesWhere(const Session& session, const std::string& condition) {
-  return openOwn(session.database(), "Select QueryID From DocumentQuerys Where " + condition,
+Ref<Recordset> queriesWhere(const Session& session, const QueryTable& from,
+                            const std::string& condition) {
+  return openOwn(session.database(),
+                 std::string("Select QueryID From ") + from.table + " Where " + condition,
                  kReadOnly);
 }
 
-Ref<Recordset> queriesNamed(const Session& session, const std::string& name) {
-  return queriesWhere(session, "QueryName = '" + doubledQuotes(name) + "'");
+Ref<Recordset> queriesNamed(const Session& session, const QueryTable& from,
+                            const std::string& name) {
+  return queriesWhere(session, from, "QueryName = '" + doubledQuotes(name) + "'");
 }
 
 }  // namespace
 
-std::int32_t findQuery(const Session& session, const std::string& query) {
-  if (const auto number = numberOf(query))
-    if (queriesWhere(session, "QueryID = " + std::to_string(*number))->RecordCount() > 0)
+std::int32_t findQuery(const Session& session, const std::string& query, const QueryTable& from) {
+  if (const auto number = wholeNumber(query))
+    if (queriesWhere(session, from, "QueryID = " + std::to_string(*number))->RecordCount() > 0)
       return *number;
-  const auto named = queriesNamed(session, query);
+  const auto named = queriesNamed(session, from, query);
   if (named->RecordCount() == 1) return toInt32(named->Fields(0)->Value());
+  const std::string kind = from.kind;
   throw Error(kInvalidCall, "kvvesk",
-              named->RecordCount() == 0 ? "There is no document query '" + query + "'."
-                                        : "Several document queries have the name '" + query +
+              named->RecordCount() == 0 ? "There is no " + kind + " query '" + query + "'."
+                                        : "Several " + kind + " queries have the name '" + query +
                                               "'; give the query's number.");
 }
 
 bool isQueryName(const Session& session, const std::string& name, std::int32_t except) {
-  const auto named = queriesNamed(session, name);
+  const auto named = queriesNamed(session, kDocumentQueries, name);
   for (; !named->Eof(); named->MoveNext())
     if (toInt32(named->Fields(0)->Value()) != except) return true;
   return false;

@@ -18,6 +18,8 @@ struct FoundRevision {
 // Raises 5 when there is no such revision; those of documents that are secured from the user are
 // not there.
 [[nodiscard]] FoundRevision findRevision(const Session& session, std::int32_t revision);
+// The same for who is to decide about it: it is there for its approvers too.
+[[nodiscard]] FoundRevision findRevisionToDecide(const Session& session, std::int32_t revision);
 
 // Where a revision stands, in words. For a row that the words cannot be found for, as old registers
 // have them, the reason in parentheses.

@@ -66,9 +66,9 @@ class NoEcho {
 #endif
 };
 
-std::string ask(const std::string& prompt) {
+std::string ask(const char* variable, const std::string& prompt) {
   if (!isTerminal(kInput))
-    throw UsageError("no password: set KVVESK_PASSWORD or run this at a terminal");
+    throw UsageError(fmt::format("no password: set {} or run this at a terminal", variable));
   std::cerr << prompt << std::flush;
   std::string answer;
   {
@@ -98,7 +98,7 @@ void onInterrupt(int signal) {
 
 std::string passwordFor(const char* variable, const std::string& prompt) {
   if (const char* value = std::getenv(variable)) return value;
-  return ask(prompt);
+  return ask(variable, prompt);
 }
 
 std::string newPasswordFor(const char* variable, const std::string& prompt) {
@@ -106,8 +106,8 @@ std::string newPasswordFor(const char* variable, const std::string& prompt) {
   if (const char* value = std::getenv(variable)) {
     password = value;
   } else {
-    password = ask(prompt);
-    if (ask("The same again: ") != password) throw UsageError("the two passwords differ");
+    password = ask(variable, prompt);
+    if (ask(variable, "The same again: ") != password) throw UsageError("the two passwords differ");
   }
   if (password.empty()) throw UsageError("an empty password would let nobody in");
   return password;

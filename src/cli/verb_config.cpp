@@ -1,7 +1,9 @@
 #include <iostream>
 
 #include "cli/output.h"
+#include "cli/users_file.h"
 #include "cli/verbs.h"
+#include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/table_value.h"
@@ -38,13 +40,26 @@ int show(const Session& session, const Options& options, const std::string& key)
   return kDone;
 }
 
+// Where users and actions are kept is only changed to a place where they can be reached.
+void store(const Session& session, const std::string& key, const std::string& value) {
+  const auto config = session->DataServer()->Config();
+  const Variant given = value.empty() ? Variant(Null) : Variant(value);
+  if (equalNoCase(key, "ExternalActionSystem"))
+    session->SetExternalActionSystem(!given.isNull() && toBoolean(given),
+                                     joinText(config->Value("UserDBLocation")));
+  else if (equalNoCase(key, "UserDBLocation") && !value.empty())
+    session->SetExternalActionSystem(true, storedLocation(value));
+  else
+    config->Store(key, given);
+}
+
 int config(const Options& options, const std::string& key, const std::string* value) {
   const Session session(options);
   if (value == nullptr) return show(session, options, key);
   session.requireAdministrator("only administrators may set configuration values");
   if (isVersion(key))
     throw Error(kPermission, "kvvesk", "The version of a register is not a setting.");
-  session->DataServer()->Config()->Store(key, value->empty() ? Variant(Null) : Variant(*value));
+  store(session, key, *value);
   std::cout << key << " = " << plainText(session->DataServer()->Config()->Value(key)) << '\n';
   return kDone;
 }
@@ -54,6 +69,7 @@ int config(const Options& options, const std::string& key, const std::string* va
 void addConfig(CLI::App& app, Action& chosen) {
   auto* verb = app.add_subcommand("config", "Show configuration values, or set one");
   const auto options = std::make_shared<Options>();
+  options->ownUsersDo = true;
   const auto key = std::make_shared<std::string>();
   const auto value = std::make_shared<std::string>();
   addCommon(*verb, *options);

@@ -12,17 +12,19 @@ namespace kv::cli {
 
 namespace {
 
-int copy(const Options& options, const std::string& to) {
+int copy(const Options& options, const std::string& to, bool users) {
   const Session session(options);
   session.requireAdministrator("only administrators may copy a register");
   std::vector<CopiedTable> tables;
   {
     Progress progress("copying");
-    tables = copyRegister(session->DataServer()->Connection(), "Data Source=" + quotedValue(to),
-                          [&](std::int64_t done, std::int64_t all, const std::string& table) {
-                            progress.show(static_cast<std::size_t>(done),
-                                          static_cast<std::size_t>(all), "rows, " + table);
-                          });
+    const auto show = [&](std::int64_t done, std::int64_t all, const std::string& table) {
+      progress.show(static_cast<std::size_t>(done), static_cast<std::size_t>(all),
+                    "rows, " + table);
+    };
+    const auto connection = session->DataServer()->Connection();
+    const std::string place = "Data Source=" + quotedValue(to);
+    tables = users ? copyUsers(connection, place, show) : copyRegister(connection, place, show);
   }
   std::vector<std::vector<std::string>> rows;
   std::int64_t all = 0;
@@ -45,11 +47,17 @@ void addCopy(CLI::App& app, Action& chosen) {
       "it or nothing; for administrators");
   const auto options = std::make_shared<Options>();
   const auto to = std::make_shared<std::string>();
+  const auto users = std::make_shared<bool>(false);
   addCommon(*verb, *options);
   verb->add_option("to", *to, "Where to: a path, or postgresql://... of an empty database")
       ->required();
-  verb->callback(
-      [&chosen, options, to] { chosen = [options, to] { return copy(*options, *to); }; });
+  verb->add_flag(
+      "--users", *users,
+      "Only the users, their actions and saved queries, for registers to share: then set "
+      "UserDBLocation");
+  verb->callback([&chosen, options, to, users] {
+    chosen = [options, to, users] { return copy(*options, *to, *users); };
+  });
 }
 
 }  // namespace kv::cli

@@ -1,8 +1,11 @@
 #include <iostream>
 
+#include "cli/answer_set.h"
 #include "cli/terminal.h"
+#include "cli/user_edit.h"
 #include "cli/user_lookup.h"
 #include "cli/verbs.h"
+#include "common/error.h"
 #include "common/text.h"
 #include "rights/rights.h"
 
@@ -17,11 +20,14 @@ int change(const Options& options, const std::string& user) {
     session.requireRight(urEditOwnUserPassword);
   } else {
     session.requireRight(urEditUserPassword);
+    // Who knows an administrator's password is one.
+    requireAdministratorFor(session, id,
+                            "only administrators may change the password of an administrator");
   }
   const std::string password =
       newPasswordFor("KVVESK_NEW_PASSWORD", "New password for " + user + ": ");
-  session->MainUser()->setPassword(id, password);
-  std::cout << "changed the password of " << id << '\n';
+  if (!session->MainUser()->setPassword(id, password)) raise(kRowDeleted);
+  writeDone(std::cout, "changed the password of " + id, {{"UserID", id}}, options.format);
   return kDone;
 }
 
@@ -33,6 +39,7 @@ void addPasswd(CLI::App& app, Action& chosen) {
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::string>();
   addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
   verb->add_option("name", *user, "The user, by ID or name")->required();
   verb->callback(
       [&chosen, options, user] { chosen = [options, user] { return change(*options, *user); }; });

@@ -5,6 +5,7 @@
 #include "cli/detail.h"
 #include "cli/document_access.h"
 #include "cli/given_options.h"
+#include "cli/revision_life.h"
 #include "cli/revision_lookup.h"
 #include "cli/terminal.h"
 #include "cli/user_lookup.h"
@@ -152,18 +153,13 @@ int remove(const Options& options, std::int32_t revision) {
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::int32_t& revision) {
-  verb.add_option("revision", revision, "The revision's number, as 'kvvesk revisions' lists it")
-      ->required();
-}
-
 void addShow(CLI::App& verb, Action& chosen) {
   auto* sub = verb.add_subcommand("show", "Show all fields of a revision");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  addKey(*sub, *revision);
+  addRevisionKey(*sub, *revision);
   sub->callback([&chosen, options, revision] {
     chosen = [options, revision] { return show(*options, *revision); };
   });
@@ -195,7 +191,7 @@ void addEdit(CLI::App& verb, Action& chosen) {
   const auto fields = std::make_shared<RevisionFields>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  addKey(*sub, *revision);
+  addRevisionKey(*sub, *revision);
   addFields(*sub, *fields);
   sub->footer(
       "Fields that are not given stay as they are; an empty text empties a field.\n"
@@ -214,7 +210,7 @@ void addDelete(CLI::App& verb, Action& chosen) {
   const auto revision = std::make_shared<std::int32_t>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  addKey(*sub, *revision);
+  addRevisionKey(*sub, *revision);
   sub->callback([&chosen, options, revision] {
     chosen = [options, revision] { return remove(*options, *revision); };
   });
@@ -222,12 +218,18 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
+void addRevisionKey(CLI::App& verb, std::int32_t& revision) {
+  addNumber(verb, "revision", revision, "The revision's number, as 'kvvesk revisions' lists it")
+      ->required();
+}
+
 void addRevision(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("revision", "Show, add, change or delete one revision");
+  auto* verb = app.add_subcommand("revision", "Show, add, change, approve or delete one revision");
   verb->require_subcommand(1);
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);
+  addRevisionLife(*verb, chosen);
   addDelete(*verb, chosen);
 }
 

@@ -23,10 +23,16 @@ void addDocument(CLI::App& app, Action& chosen);
 void addRevisions(CLI::App& app, Action& chosen);
 void addRevision(CLI::App& app, Action& chosen);
 void addRights(CLI::App& app, Action& chosen);
+void addUsers(CLI::App& app, Action& chosen);
+void addUser(CLI::App& app, Action& chosen);
+void addActions(CLI::App& app, Action& chosen);
+void addAction(CLI::App& app, Action& chosen);
 void addQueries(CLI::App& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.
 void addCommon(CLI::App& verb, Options& options);
+// --json alone, for verbs that answer with more than one result.
+void addJson(CLI::App& verb, Options& options, const std::string& help);
 // --csv, --json and, where it makes sense, --jsonl.
 void addFormats(CLI::App& verb, Options& options, bool lines);
 

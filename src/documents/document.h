@@ -1,8 +1,9 @@
 // clsVeskDocument: the documents of a register.
 //
-// No operation of this class tests a right; that is its caller's part. Identifiers that would
-// change the statement they are joined into raise -2147217900. An operation that writes is one
-// transaction. Sets handed in stay open, whatever happens.
+// No operation of this class tests a right but those that link a document with manuals and users:
+// they are the root object's, which tests them. Everything else is its caller's part. Identifiers
+// that would change the statement they are joined into raise -2147217900. An operation that writes
+// is one transaction. Sets handed in stay open, whatever happens.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +11,13 @@
 
 #include "common/ref.h"
 #include "common/variant.h"
-#include "documents/document_errors.h"
 #include "kvdata/data_server.h"
 #include "queries/document_query.h"
 
 namespace kv {
 
 class clsVesk;
+struct NotFoundErrors;
 
 class clsVeskDocument : public Object {
  public:
@@ -88,6 +89,54 @@ class clsVeskDocument : public Object {
   // the steps before it stay done.
   void Delete(const std::string& id, bool DeleteFromDocTable = false);
 
+  // ---- lists ----
+  //
+  // Each lists what belongs to a document; with `AllFields` the manuals' whole rows, or in place of
+  // the rows that name users those users' own records, each once.
+
+  // Hard copies with their manuals and revisions.
+  [[nodiscard]] Ref<Recordset> Copies(const std::string& docid, bool AllFields = false);
+  // The manuals that it is in.
+  [[nodiscard]] Ref<Recordset> Manuals(const std::string& docid, bool AllFields = false);
+  // IncludeDocID has no effect.
+  [[nodiscard]] Ref<Recordset> Owners(const std::string& docid, bool AllFields = false,
+                                      bool IncludeDocID = false);
+  // In the order in which they approve; those without a place come first.
+  [[nodiscard]] Ref<Recordset> Approvers(const std::string& docid, bool AllFields = false);
+  // Who has it on his personal list.
+  [[nodiscard]] Ref<Recordset> Users(const std::string& docid, bool AllFields = false);
+  // Its revisions by the date on which they took effect.
+  [[nodiscard]] Ref<Recordset> DocRevisions(const std::string& docid);
+  // The documents that a user has, by manual, and within one by number or title, as the register's
+  // options say. `Personals` lists copies with their revisions; without hard copies only virtual
+  // ones, whatever `VirtualCopies` says.
+  [[nodiscard]] Ref<Recordset> PersonalDocuments(const std::string& id);
+  [[nodiscard]] Ref<Recordset> Personals(const std::string& id, bool VirtualCopies = true,
+                                         bool HardCopies = true);
+
+  // ---- links ----
+  //
+  // The root object's relations: DocumentUserRelation for hard copies and personal lists,
+  // DocumentManualRelation, OwnsRelation, ApprovesRelation.
+
+  bool ReleaseCopy(const std::string& docid, const std::string& UserID, std::int32_t& ReleaseID);
+  bool AddUser(const std::string& docid, const std::string& UserID, std::int32_t& ReleaseID);
+  bool CollectCopy(std::int32_t cReleaseID);
+  // Names no user, so that it takes the right to others' personal lists, one's own included.
+  bool RemoveUser(std::int32_t cReleaseID);
+  bool IntoManual(const std::string& docid, const std::string& ManualID);
+  bool OutofManual(const std::string& docid, const std::string& ManualID);
+  bool AddOwner(const std::string& docid, const std::string& UserID);
+  bool RemoveOwner(const std::string& docid, const std::string& UserID);
+  bool AddApprover(const std::string& docid, const std::string& UserID);
+  bool RemoveApprover(const std::string& docid, const std::string& UserID);
+  // Moves the approver OldPosition to just before the approver NewPosition: both are users'
+  // identifiers. His place becomes the middle between those of his new neighbours; when places come
+  // too close all of them are given new ones. Raises 3021 for a user who is not on the list. The
+  // result is always False.
+  bool ChangeListOrder(const std::string& docid, const std::string& OldPosition,
+                       const std::string& NewPosition);
+
   // ---- saved queries ----
 
   // A query of an identifier that does not exist has every criterion Null.
@@ -101,7 +150,9 @@ class clsVeskDocument : public Object {
  private:
   // A set that stands on the document's row: `rs`, or one of this object's when that is empty.
   [[nodiscard]] Ref<Recordset> find(const std::string& docid, const Ref<Recordset>& rs,
-                                    const DocumentErrors& errors);
+                                    const NotFoundErrors& errors);
+  // The records of the users whom a statement names.
+  [[nodiscard]] Ref<Recordset> usersOf(const std::string& statement);
   [[nodiscard]] Variant valueIn(const std::string& sql, const std::string& column);
 
   Ref<clsVesk> oVesk_;

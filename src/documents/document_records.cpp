@@ -3,6 +3,7 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "documents/document.h"
+#include "documents/document_errors.h"
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/sql_text.h"
@@ -39,19 +40,15 @@ Ref<Recordset> clsVeskDocument::Record(const std::string& id) {
 }
 
 Ref<Recordset> clsVeskDocument::find(const std::string& docid, const Ref<Recordset>& rs,
-                                     const DocumentErrors& errors) {
+                                     const NotFoundErrors& errors) {
   const std::string criterion = "DocumentID = '" + inQuotes(docid) + "'";
-  if (!rs) {
-    auto own = Records(0, {}, "Select * From Documents Where " + criterion);
-    if (own->RecordCount() != 1) raise(errors.notInData);
-    own->MoveFirst();
-    return own;
+  if (rs) {
+    findRow(*rs, criterion, errors);
+    return rs;
   }
-  if (rs->RecordCount() <= 0) raise(errors.emptySet);
-  rs->MoveFirst();
-  rs->Find(criterion, 0);
-  if (rs->Eof() || rs->Bof()) raise(errors.notInSet);
-  return rs;
+  auto own = Records(0, {}, "Select * From Documents Where " + criterion);
+  onlyRow(*own, errors);
+  return own;
 }
 
 void clsVeskDocument::LoadData(const std::string& docid, std::string& title, std::string& number,
@@ -60,7 +57,7 @@ void clsVeskDocument::LoadData(const std::string& docid, std::string& title, std
                                std::string& user4, std::string& Notes, bool& securitylevel,
                                std::string& location, bool& Controlled, std::int32_t& currentRevID,
                                const Ref<Recordset>& rs) {
-  const auto row = find(docid, rs, kLoadErrors);
+  const auto row = find(docid, rs, kLoadDocumentErrors);
   title = fieldText(*row, "DocumentTitle");
   number = fieldText(*row, "DocumentNumber");
   RevisionLevel = fieldText(*row, "RevisionLevel");
@@ -128,8 +125,8 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
                                        bool Secured, bool Controlled, const std::string& location,
                                        const Ref<Recordset>& rs) {
   savePending(rs);
-  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", id);
-  const auto row = find(id, rs, kSaveErrors);
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", outOfQuotes(id));
+  const auto row = find(id, rs, kSaveDocumentErrors);
   setFieldOrNull(*row, "DocumentTitle", title);
   setFieldOrNull(*row, "DocumentNumber", number);
   setFieldOrNull(*row, "DocUser1", user1);
@@ -147,11 +144,7 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
 }
 
 Variant clsVeskDocument::valueIn(const std::string& sql, const std::string& column) {
-  const auto row = Records(0, {}, sql);
-  Variant value;
-  if (row->RecordCount() > 0) value = row->Fields(column)->Value();
-  row->Close();
-  return value;
+  return firstValue(*Records(0, {}, sql), column);
 }
 
 Variant clsVeskDocument::Value(const std::string& docid, const std::string& FieldName) {
@@ -164,7 +157,7 @@ Variant clsVeskDocument::IDValue(std::int32_t id, const std::string& FieldName) 
 
 void clsVeskDocument::SetValue(const std::string& docid, const std::string& FieldName,
                                const Variant& Value) {
-  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", docid);
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", outOfQuotes(docid));
   const auto row =
       dataServer_->open("Select * From Documents Where DocumentID = '" + inQuotes(docid) + "'");
   if (row->RecordCount() > 0) {
@@ -184,7 +177,7 @@ bool clsVeskDocument::HasCurrentRevision(const std::string& DocumentID) {
 
 void clsVeskDocument::MakeUnControlled(const std::string& docid) {
   const std::string id = inQuotes(docid);
-  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", docid);
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", outOfQuotes(docid));
   dataServer_->execute("Delete * From ManualContents Where DocumentID = '" + id + "'");
   dataServer_->execute("Delete * From Personals Where DocumentID = '" + id + "' And HardCopy <> 0");
   dataServer_->execute("Delete * From Routing Where DocumentID = '" + id + "'");
@@ -195,7 +188,7 @@ void clsVeskDocument::MakeUnControlled(const std::string& docid) {
 
 void clsVeskDocument::Delete(const std::string& id, bool DeleteFromDocTable) {
   const std::string of = " Where DocumentID = '" + inQuotes(id) + "'";
-  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", id);
+  Operation operation(dataServer_->Connection(), "Documents", "DocumentID", outOfQuotes(id));
   const auto step = [&](const std::string& sql) {
     operation.keep([&] { dataServer_->execute(sql); });
   };

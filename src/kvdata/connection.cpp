@@ -63,6 +63,10 @@ void kvConnection::Close() {
   log_.close();
 }
 
+void kvConnection::keepUsersIn(const Ref<kvConnection>& users) {
+  Database::link(database_, users->database_, userTables(), std::string(kConfigTable));
+}
+
 void kvConnection::BeginTrans() {
   transactions_.push_back(
       std::make_unique<Transaction>(*database_, engine::Access::Write, Transaction::For::Client));
@@ -94,11 +98,13 @@ void kvConnection::StatementLog(const std::string& path) {
 }
 
 void kvConnection::Interrupt() noexcept {
-  if (database_->isOpen()) database_->engine().interrupt();
+  for (Database* open = database_.get(); open != nullptr; open = open->other().get())
+    if (open->isOpen()) open->engine().interrupt();
 }
 
 void kvConnection::TimeLimit(std::chrono::milliseconds limit) {
   database_->engine().setTimeLimit(limit);
+  if (database_->other()) database_->other()->engine().setTimeLimit(limit);
 }
 
 }  // namespace kv

@@ -63,6 +63,11 @@ class kvConnection : public Object {
   // How long one statement may run; zero for as long as it likes.
   void TimeLimit(std::chrono::milliseconds limit);
 
+  // Lets `users` keep users, their actions and their saved queries: statements that name only those
+  // tables run there, whichever of the two connections they are given to; all others run here.
+  // Closing this one closes both.
+  void keepUsersIn(const Ref<kvConnection>& users);
+
   // The floor below, for the components' own reads and for tools.
   [[nodiscard]] const std::shared_ptr<Database>& database() const noexcept { return database_; }
 

@@ -16,6 +16,12 @@ namespace kv {
 void lockRows(const Ref<kvConnection>& connection, std::string_view table,
               std::string_view column = {}, const SqlValue& value = {});
 
+// The same for the rows of `table` that have the text column `common` in common with the rows of
+// `link` in which the text column `column` has `value`.
+void lockLinkedRows(const Ref<kvConnection>& connection, std::string_view table,
+                    std::string_view common, std::string_view link, std::string_view column,
+                    std::string_view value);
+
 class Operation {
  public:
   // What is tested afterwards still holds when it is written: a file is locked as a whole for its

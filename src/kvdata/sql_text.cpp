@@ -26,6 +26,16 @@ std::string inQuotes(std::string_view value) {
   return std::string(value);
 }
 
+std::string outOfQuotes(std::string_view value) {
+  std::string out;
+  out.reserve(value.size());
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    out += value[i];
+    if (value[i] == '\'' && i + 1 < value.size() && value[i + 1] == '\'') ++i;
+  }
+  return out;
+}
+
 std::string asNumber(std::string_view value) {
   const bool plain = value.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
   if (!plain || !parseNumber(value)) refuse(value, 0);

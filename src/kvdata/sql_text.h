@@ -13,6 +13,10 @@ namespace kv {
 // passes, O'Brien and x' or 'a'='a do not.
 [[nodiscard]] std::string inQuotes(std::string_view value);
 
+// What such a value says: two apostrophes are one. For where a value that is joined into one
+// statement is stored in a field, compared with one or locked by.
+[[nodiscard]] std::string outOfQuotes(std::string_view value);
+
 // A value outside quotes: one number with an optional sign.
 [[nodiscard]] std::string asNumber(std::string_view value);
 

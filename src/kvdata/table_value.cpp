@@ -22,7 +22,8 @@ Ref<Recordset> openOwn(const std::shared_ptr<Database>& database, const std::str
 }
 
 std::string columnOf(const Database& database, const std::string& table, const std::string& key) {
-  const TableInfo* info = database.catalog()->find(table);
+  const auto keeper = database.keeperOf(table);
+  const TableInfo* info = (keeper ? *keeper : database).catalog()->find(table);
   if (info == nullptr) jet::fail(kUnknownTable, jet::kNoTable, table, {0, table.size()});
   const auto place = info->find(key);
   if (!place) raise(kNoSuchItem, key);

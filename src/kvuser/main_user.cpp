@@ -35,6 +35,17 @@ bool sameSecret(std::string_view a, std::string_view b) {
   return difference == 0;
 }
 
+// Saves what a log-in tidies up. When somebody has changed the row since it was read, another
+// log-in has done the same, or what was read no longer holds.
+void saveUnlessChanged(Recordset& row) {
+  try {
+    row.Update();
+  } catch (const Error& e) {
+    if (e.number() != kRowChanged && e.number() != kRowDeleted) throw;
+    row.CancelUpdate();
+  }
+}
+
 const std::shared_ptr<Database>& databaseOf(const Ref<kvDataServer>& server) {
   const auto& connection = server->Profile()->connection();
   if (!connection || !connection->isOpen()) raise(kNoConnection);
@@ -56,9 +67,10 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
   const auto& database = databaseOf(dataServer_);
   Profile()->setUser({}, {}, {}, false);
 
+  const auto keeper = database->keeperOf("Users");
+  const bool usersWritable = !(keeper ? *keeper : *database).engine().readOnly();
   std::string userId;
   std::string userName;
-  bool clearText = false;
   bool verified = false;
   if (isStorableText(UserName)) {
     // Names need not be unique: whose password it is may come in.
@@ -68,7 +80,7 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
     for (; !rs->Eof() && userId.empty(); rs->MoveNext()) {
       const std::string stored = joinText(rs->Fields("Password")->Value());
       if (stored.empty() || Password.empty()) continue;
-      clearText = !Passwords::isHash(stored);
+      const bool clearText = !Passwords::isHash(stored);
       bool right = false;
       if (clearText) {
         right = sameSecret(stored, Password);
@@ -80,16 +92,18 @@ void kvUser::Login(const std::string& UserName, const std::string& Password,
       if (!right) continue;
       userId = joinText(rs->Fields("UserID")->Value());
       userName = joinText(rs->Fields("UserName")->Value());
+      if (!userId.empty() && clearText && usersWritable) {
+        rs->Fields("Password")->Value(passwords_.hash(Password));
+        saveUnlessChanged(*rs);
+      }
     }
   }
   if (!verified) (void)passwords_.verifyNobody(Password);
   if (userId.empty()) return;
 
-  const bool writable = !database->engine().readOnly();
-  if (clearText && writable) (void)setPassword(userId, Password);
   bool administrator = false;
   std::string rights = RightsOf(userId, administrator);
-  if (writable) keepName(userId, userName);
+  if (!database->engine().readOnly()) keepName(userId, userName);
   Profile()->setUser(userId, userName, std::move(rights), administrator);
 }
 
@@ -124,14 +138,16 @@ void kvUser::keepName(const std::string& userId, const std::string& userName) co
               "Select UserName From VeskProfiles Where UserID = '" + doubledQuotes(userId) + "'");
   if (rs->Eof() || !joinText(rs->Fields(0)->Value()).empty() || userName.empty()) return;
   rs->Fields(0)->Value(userName);
-  rs->Update();
+  saveUnlessChanged(*rs);
 }
 
 bool kvUser::setPassword(const std::string& userId, std::string_view password) {
+  // It takes a while; whoever logs in meanwhile must not be in the way of what is read after it.
+  const Variant kept = password.empty() ? Variant(Null) : Variant(passwords_.hash(password));
   const auto rs = openOwn(databaseOf(dataServer_), "Select Password From Users Where UserID = '" +
                                                        doubledQuotes(userId) + "'");
   if (rs->Eof()) return false;
-  rs->Fields(0)->Value(password.empty() ? Variant(Null) : Variant(passwords_.hash(password)));
+  rs->Fields(0)->Value(kept);
   rs->Update();
   return true;
 }

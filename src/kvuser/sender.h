@@ -19,6 +19,7 @@ class kvSender : public Object {
 
  private:
   Ref<kvConnection> connection_;
+  Ref<Recordset> actions_;  // the table to add to, open from one sending to the next
 };
 
 }  // namespace kv

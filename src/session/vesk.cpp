@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "kvdata/connection_string.h"
 #include "kvdata/schema/register_schema.h"
 #include "session/version.h"
 #include "session/vesk_errors.h"
@@ -19,6 +22,10 @@ constexpr std::size_t kGenerationLength = 2;
 // Values that the record-set layer knows: keyset, optimistic, and that the text is a statement.
 constexpr std::int32_t kStatementText = 3;
 constexpr std::int32_t kCommandText = 1;
+
+Error aboutUserDatabase(const Error& e) {
+  return {e.number(), e.source(), std::string(kUserDatabaseFailed) + e.description()};
+}
 
 }  // namespace
 
@@ -71,14 +78,42 @@ bool clsVesk::OpenConnection(const std::string& ConnectionString, const Ref<kvPr
   dataServer_->SetTables("VeskConfig", "VeskGroups", "", "VeskKeywords", "VeskReporting",
                          "VeskProfiles", "", "");
   requireVersions();
-  openUsers();
-  document_->OpenConnection("", dataServer_->Profile());
-  manual_->OpenConnection("", dataServer_->Profile());
-  revision_->OpenConnection("", dataServer_->Profile());
+  const bool apart = hasUserDatabase();
+  std::optional<Error> failed;
+  if (apart) {
+    try {
+      openUsersAt(std::string(kUserDatabaseAt) +
+                  joinText(dataServer_->Config()->Value("UserDBLocation")));
+    } catch (const Error& e) {
+      failed = e;
+    }
+  } else {
+    mainUser_->OpenConnection("", dataServer_->Profile());
+  }
+  // Everything is opened that can be, before the failure is told.
+  try {
+    if (failed) openUsersAt(dataServer_->Profile()->ConnectionString());
+    requireUserVersion();
+    if (apart && !failed)
+      dataServer_->Connection()->keepUsersIn(mainUser_->DataServer()->Connection());
+    document_->OpenConnection("", dataServer_->Profile());
+    manual_->OpenConnection("", dataServer_->Profile());
+    revision_->OpenConnection("", dataServer_->Profile());
+  } catch (const Error& e) {
+    // A version that is too old speaks for itself.
+    if (!failed || e.number() == kErrorBase + kUserDataTooOld.code) throw;
+    throw aboutUserDatabase(e);
+  }
+  if (failed) throw aboutUserDatabase(*failed);
   return false;
 }
 
 void clsVesk::requireVersions() {
+  if (dataServer_->Connection()->database()->catalog()->find("Documents") == nullptr) {
+    dataServer_->Close();
+    throw Error(kEngineFailure, "kvData",
+                "This is a database of users and actions, and no register.");
+  }
   const Variant layout = dataServer_->Config()->Value("DatabaseVersion");
   if (compareValues(layout, kLayoutVersion) == -1) {
     dataServer_->Close();
@@ -91,12 +126,21 @@ void clsVesk::requireVersions() {
   }
 }
 
-void clsVesk::openUsers() {
-  if (toBoolean(dataServer_->Config()->Value("ExternalActionSystem")))
-    throw Error(kEngineFailure, "OpenConnection",
-                "This register keeps users and actions in a file of its own, which this version "
-                "cannot open.");
-  mainUser_->OpenConnection("", dataServer_->Profile());
+bool clsVesk::hasUserDatabase() const {
+  const auto config = dataServer_->Config();
+  if (!toBoolean(config->Value("ExternalActionSystem"))) return false;
+  // A register that names itself has no other: two connections would wait for each other's writing.
+  const std::string& own = dataServer_->Profile()->ConnectionString();
+  return !engine::sameDatabase(joinText(config->Value("UserDBLocation")),
+                               parseConnectionString(own).location);
+}
+
+// With a profile of its own: the one it has may be the register's, from an earlier log-in.
+void clsVesk::openUsersAt(const std::string& ConnectionString) {
+  mainUser_->OpenConnection(ConnectionString, makeRef<kvProfile>());
+}
+
+void clsVesk::requireUserVersion() {
   const Variant version = mainUser_->DataServer()->Config()->Value("Version");
   if (compareValues(version, kUserDataVersion) == -1) {
     dataServer_.reset();

@@ -18,6 +18,8 @@
 
 namespace kv {
 
+struct ReleaseRights;
+
 class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   struct Private {};
 
@@ -48,9 +50,12 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   // spent: operations that reach for one of them raise 91, and so does a second CloseSession.
   void CloseSession();
 
-  // Opens the register and the children's data servers on it. Success shows in that nothing is
-  // raised; the result is False all the same, and clients rely on that. Raises 2501, 2502, 2503 for
-  // versions that do not go together.
+  // Opens the register and the children's data servers on it, and the database of users and actions
+  // where the configuration names one. Success shows in that nothing is raised; the result is False
+  // all the same, and clients rely on that. Raises 2501, 2502, 2503 for versions that do not go
+  // together. When the database of users cannot be opened, the users of the register itself are
+  // taken, the session is open, and that failure is raised with "The Following Error Occured
+  // Opening External User/Action DataSource : " before its description.
   bool OpenConnection(const std::string& ConnectionString = {},
                       const Ref<kvProfile>& oProfile = {});
 
@@ -92,6 +97,12 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
 
   // ---- actions ----
 
+  // Whether users and actions are kept in a database of their own from the next opening on.
+  // `ConnectionString` says where it is; turning off keeps what is stored of that. Raises 2550 for
+  // an empty one, and the failure with "Unable to connect to external Database :" and a line break
+  // before its description when it cannot be opened; nothing is stored then.
+  bool SetExternalActionSystem(bool TurnOn, const std::string& ConnectionString = {});
+
   // An empty free-standing set with the columns of Actions, to be filled and sent.
   [[nodiscard]] Ref<Recordset> ActionRecord();
   // Sends the actions of a set to the assignees they name; with `rsUsers` once to every user of
@@ -109,11 +120,62 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   Variant CompleteCloseAction(const std::string& id, const Date& datecompleted,
                               const Variant& dateclosed = {});
 
+  // ---- relations ----
+  //
+  // Each tests the logged-in user's rights, and an owner's where it names a document; each is one
+  // transaction, and one that refuses changes nothing. Refusals are in relations/relation_errors.h.
+  // Identifiers that would change a statement raise -2147217900 before anything runs. The result is
+  // True: what cannot be done is raised.
+
+  // Puts a document into a manual, or takes it out. Whoever holds a copy of the manual gets a line
+  // for the document at its current revision, or loses it; `recordsaffected` receives how many
+  // lines those were.
+  bool DocumentManualRelation(const std::string& ManualID, const std::string& DocumentID,
+                              bool Remove, std::int32_t& recordsaffected);
+  bool DocumentManualRelation(const std::string& ManualID, const std::string& DocumentID,
+                              bool Remove = false);
+  // Makes a user an owner of a document, or takes that back. Documents of any kind have owners.
+  bool OwnsRelation(const std::string& DocumentID, const std::string& UserID, bool Remove = false);
+  // Puts a user on a document's approval list, without a place in its order, or takes him off.
+  bool ApprovesRelation(const std::string& DocumentID, const std::string& UserID,
+                        bool Remove = false);
+  // Gives a document to a user, as a hard copy or on his personal list, and writes the new row's
+  // number into `ReleaseID`; or takes back the copy with that number. Then an empty DocumentID
+  // stands for the one of that release.
+  bool DocumentUserRelation(const std::string& DocumentID, const std::string& UserID, bool HardCopy,
+                            bool Remove, std::int32_t& ReleaseID);
+  // Gives a manual to a user, as a numbered hard copy or on his personal list: one row for each of
+  // its documents, at the document's current revision. Or takes it back, with an empty CopyNumber
+  // every copy of that kind.
+  bool ManualUserRelation(const std::string& ManualID, const std::string& UserID, bool HardCopy,
+                          const std::string& CopyNumber, bool Remove);
+  // A list of hard copies, or of virtual ones, with what their documents, held revisions and
+  // manuals are: those that meet every condition given. Columns named Current... are of the
+  // revision in force. Raises 3021 for a query that does not exist. A user query raises as soon as
+  // it has a criterion: users are not in this list.
+  [[nodiscard]] Ref<Recordset> Releases(const std::string& UserID = {},
+                                        const std::string& ManualID = {},
+                                        const std::string& DocumentID = {},
+                                        std::int32_t manualqueryid = 0,
+                                        std::int32_t documentqueryid = 0,
+                                        std::int32_t userqueryid = 0, bool HardCopies = false);
+  // A column of a release; Empty when there is no such release, 3265 for an unknown column.
+  [[nodiscard]] Variant ReleaseValue(std::int32_t ReleaseID, const std::string& FieldName);
+
  private:
   void requireVersions();
   // Whether users and their actions can be reached.
   [[nodiscard]] bool hasActionSystem() const;
-  void openUsers();
+  // Of a document whose identifier can be joined into a statement: whether the logged-in user owns
+  // it, and whether it is controlled.
+  [[nodiscard]] bool isCurrentUsersDocument(const std::string& DocumentID) const;
+  [[nodiscard]] bool isControlled(const std::string& DocumentID) const;
+  // Raises the refusal unless the logged-in user may do this with the copies of `UserID`.
+  void requireRelease(const ReleaseRights& rights, const std::string& UserID) const;
+  // Whether users and actions are to be had from a database of their own.
+  [[nodiscard]] bool hasUserDatabase() const;
+  void openUsersAt(const std::string& ConnectionString);
+  void requireUserVersion();
 
   Ref<kvDataServer> dataServer_;
   Ref<clsVeskDocument> document_;

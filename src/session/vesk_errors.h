@@ -25,4 +25,17 @@ inline constexpr LibraryError kNoActionsToHave{2526, "Vesk.HasActions",
 inline constexpr LibraryError kNoActionsToClose{2527, "CompleteCloseAction",
                                                 "Unable to connect to Action System"};
 
+inline constexpr LibraryError kNoLocation{2550, "SetExternalActionSystem",
+                                          "Valid Connection String Required"};
+
+// What stands before the location of a database of users and actions.
+inline constexpr std::string_view kUserDatabaseAt =
+    "Provider=Microsoft.Jet.OLEDB.3.51;Persist Security Info=False;Data Source=";
+// What is said first when it cannot be opened: at an opening of the register, and when it is to be
+// switched on.
+inline constexpr std::string_view kUserDatabaseFailed =
+    "The Following Error Occured Opening External User/Action DataSource : ";
+inline constexpr std::string_view kUserDatabaseRefused =
+    "Unable to connect to external Database :\r\n";
+
 }  // namespace kv

@@ -1,6 +1,7 @@
 // clsVeskUser: the users of a register.
 //
-// No operation of this class tests a right; that is its caller's part. Identifiers that would
+// No operation of this class tests a right but those that release, collect and assign: they are the
+// root object's, which tests them. Everything else is its caller's part. Identifiers that would
 // change the statement they are joined into raise -2147217900. Sets handed in stay open.
 #pragma once
 
@@ -9,6 +10,7 @@
 
 #include "common/ref.h"
 #include "common/variant.h"
+#include "kvdata/profile.h"
 #include "kvdata/recordset/recordset.h"
 #include "queries/user_query.h"
 
@@ -68,10 +70,71 @@ class clsVeskUser : public Object {
   [[nodiscard]] Ref<Recordset> GetTheseUsers(const Ref<Recordset>& rs);
 
   // ---- what a user holds ----
+  //
+  // Lists of copies with their documents and manuals, of documents owned and of documents to
+  // approve; those for views have the whole rows of documents or manuals, each once. By manual name
+  // and copy number, and by the document's number or title, as the register's options say. Hard
+  // copies are listed although their document is gone, virtual ones are not.
 
+  [[nodiscard]] Ref<Recordset> HardCopies(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> HardCopiesForViewDoc(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> HardCopiesForViewMan(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> VirtualCopies(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> VirtualCopiesForViewDoc(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> VirtualCopiesForViewMan(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> Owns(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> OwnsForView(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> Approves(const std::string& UserID);
+  [[nodiscard]] Ref<Recordset> ApprovesForView(const std::string& UserID);
+
+  // The root object's relations, seen from the user. ReleaseDoc returns the release's number,
+  // ReleaseMan the copy's, which is the manual's next one, for a personal list as well. ReturnDoc
+  // takes back the hard copy whose number the text begins with; ReturnMan without a number takes
+  // back every copy of that kind.
+  std::int32_t ReleaseDoc(const std::string& UserID, const std::string& DocumentID, bool HardCopy);
+  std::string ReleaseMan(const std::string& UserID, const std::string& ManualID, bool HardCopy);
+  Variant SetOwner(const std::string& UserID, const std::string& DocumentID);
+  Variant SetApprover(const std::string& UserID, const std::string& DocumentID);
+  bool ReturnDoc(const std::string& ReleaseID);
+  bool ReturnMan(const std::string& UserID, const std::string& ManualID, bool HardCopy,
+                 const std::string& CopyNumber = {});
+  bool UnSetOwner(const std::string& UserID, const std::string& DocumentID);
+  bool UnSetApprover(const std::string& UserID, const std::string& DocumentID);
   // Whether a user owns a document. The current user counts too: for one who may act as owner of
   // every document everybody is an owner.
   [[nodiscard]] bool UserIsOwner(const std::string& id, const std::string& DocumentID);
+  // Whether a user is on a document's approval list.
+  [[nodiscard]] bool UserIsApprover(const std::string& id, const std::string& DocumentID);
+
+  // ---- settings ----
+  //
+  // `ouser` and FieldType are accepted and have no effect.
+
+  // Puts a user into a workgroup. The result is always Empty.
+  Variant ChangeWorkGroup(const std::string& UserID, const std::string& WorkgroupID);
+  // Title and number of a workgroup, "" for one there is not. -1 and 0 have their titles without a
+  // row.
+  [[nodiscard]] std::string WorkGroup(std::int32_t WorkgroupID);
+  [[nodiscard]] std::string WorkgroupID(const std::string& WorkGroup);
+  // The rows of VeskGroups; the others are about those of Groups.
+  [[nodiscard]] Ref<Recordset> Workgroups();
+  // The one row with the labels of the user fields.
+  [[nodiscard]] Ref<Recordset> Labels(const Ref<kvProfile>& ouser);
+  // Raises -2147217900 for a FieldName that is no column's name.
+  void SaveLabel(const Ref<kvProfile>& ouser, const std::string& FieldName,
+                 const std::string& FieldLabel, std::int16_t FieldType = 1);
+  // The values that a field is validated by.
+  [[nodiscard]] Ref<Recordset> Keywords(const Ref<kvProfile>& ouser, const std::string& FieldName);
+  void AddKeyword(const Ref<kvProfile>& ouser, const std::string& FieldName,
+                  const std::string& Keyword);
+  void DeleteKeyword(const Ref<kvProfile>& ouser, const std::string& FieldName,
+                     const std::string& Keyword);
+  // Does nothing.
+  void NewAction(const std::string& Subject, const Variant& Description, const std::string& Orig,
+                 const std::string& Assignee);
+  // The saved queries for actions that a user may run: his own, his workgroup's and everybody's.
+  [[nodiscard]] Ref<Recordset> ActionUserQueries(const std::string& UserID,
+                                                 const std::string& GroupID);
 
   // ---- saved queries ----
 
@@ -80,6 +143,10 @@ class clsVeskUser : public Object {
   // A new stored query, named "<<New Query>>".
   [[nodiscard]] Ref<clsUserQuery> NewQuery();
   void SaveQuery(const Ref<clsUserQuery>& oquery);
+
+ protected:
+  // The rights of a workgroup. Raises -2147217913: the number is compared with text.
+  [[nodiscard]] std::string GroupRights(const std::string& group);
 
  private:
   Ref<clsVesk> oVesk_;

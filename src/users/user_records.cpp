@@ -2,9 +2,9 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/operation.h"
+#include "kvdata/recordset/found_row.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/sql_text.h"
-#include "rights/rights.h"
 #include "session/vesk.h"
 #include "users/user.h"
 
@@ -22,9 +22,7 @@ bool findUser(Recordset& rs, const std::string& userId) {
 
 // The first row's value of a set's one column, "" when there is no row.
 std::string firstText(const Ref<Recordset>& rs, const char* column) {
-  std::string out = rs->RecordCount() > 0 ? fieldText(*rs, column) : std::string();
-  rs->Close();
-  return out;
+  return joinText(firstValue(*rs, column));
 }
 
 }  // namespace
@@ -152,17 +150,6 @@ Ref<Recordset> clsVeskUser::GetTheseUsers(const Ref<Recordset>& rs) {
     users += " or UserID = '" + inQuotes(fieldText(*rs, "UserID")) + "'";
   constexpr std::size_t kOr = 4;  // " or "
   return oVesk_->GetRecordset("Select * From Users Where " + users.substr(kOr));
-}
-
-bool clsVeskUser::UserIsOwner(const std::string& id, const std::string& DocumentID) {
-  const auto rs =
-      oVesk_->GetRecordset("Select UserID From Owners Where DocumentID = '" + inQuotes(DocumentID) +
-                           "' and UserID = '" + inQuotes(id) + "'");
-  const bool named = rs->RecordCount() > 0;
-  rs->Close();
-  const bool forAll = oVesk_->UserAccess(urActAsDocumentOwner);
-  const bool administrator = oVesk_->DataServer()->Profile()->Administrator() == -1;
-  return named || forAll || administrator;
 }
 
 Ref<clsUserQuery> clsVeskUser::GetQuery(std::int32_t QueryID) {

@@ -1,8 +1,6 @@
 // What is left behind when an operation on documents fails, is undone, or meets another one.
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "common/clock.h"
 #include "common/convert.h"
 #include "documents/document_session.h"
@@ -33,27 +31,6 @@ class DocumentFaults : public test::DocumentSession<test::FaultySessionTest> {
     addEverythingOf("D2");
   }
   Ref<Recordset> all() { return document().Records(0, "", "Select * From Documents Order By ID"); }
-
-  // Lets each of the operation's writes fail in turn, and then its commit; nothing may be left of
-  // it. Returns after how many writes it came through.
-  int leavesNothingBehind(const std::function<void()>& operation) {
-    const auto before = everything();
-    int writes = 0;
-    for (bool failed = true; failed && writes < 100; writes += failed ? 1 : 0) {
-      faults_->failCommitAfter = 0;
-      faults_->failWriteAfter = writes;
-      const auto error = test::errorOf(operation);
-      EXPECT_TRUE(error && error->number() == kEngineFailure) << writes;
-      failed = faults_->failCommitAfter == 0;  // it did not even come to the commit
-      EXPECT_EQ(everything(), before) << "after " << writes << " writes";
-      if (testing::Test::HasFailure()) break;
-    }
-    faults_->failCommitAfter = -1;
-    faults_->failWriteAfter = -1;
-    operation();
-    EXPECT_NE(everything(), before) << "and without a fault it does something";
-    return writes;
-  }
 };
 
 TEST_F(DocumentFaults, AddLeavesNothingBehind) {
@@ -377,32 +354,26 @@ TEST_F(TwoSessions, AnotherProcessEditingTheSameDocument) {
 TEST_F(TwoSessions, ProcessesThatTakeTheToldOnesTurnAgainLoseNothing) {
   constexpr int kProcesses = 3;
   const int each = test::steps(50);
-  std::vector<std::string> answers(kProcesses);
-  std::vector<std::thread> parents;
-  for (int p = 0; p < kProcesses; ++p)
-    parents.emplace_back([&, p] {
-      answers[static_cast<std::size_t>(p)] = test::inOtherProcess([&] {
-        const auto vesk = clsVesk::create(test::kCheapPasswords);
-        vesk->Login("Bert", "secret", reg_.path());
-        auto& document = *vesk->Document();
-        const auto rs = document.Records(0, "", "Select * From Documents Order By ID");
-        for (int i = 0; i < each;) {
-          rs->Requery();
-          LoadedDocument loaded;
-          loaded.from(document, "D1", rs);
-          try {
-            saveNotes(document, "D1", loaded.notes + fmt::format(" {}:{}", p, i), rs);
-            ++i;
-          } catch (const Error& error) {
-            if (error.number() != kRowChanged) throw;
-            rs->CancelUpdate();
-          }
-        }
-        vesk->CloseSession();
-        return std::string("done");
-      });
-    });
-  for (auto& parent : parents) parent.join();
+  const auto answers = test::inProcesses(kProcesses, [&](int p) {
+    const auto vesk = clsVesk::create(test::kCheapPasswords);
+    vesk->Login("Bert", "secret", reg_.path());
+    auto& document = *vesk->Document();
+    const auto rs = document.Records(0, "", "Select * From Documents Order By ID");
+    for (int i = 0; i < each;) {
+      rs->Requery();
+      LoadedDocument loaded;
+      loaded.from(document, "D1", rs);
+      try {
+        saveNotes(document, "D1", loaded.notes + fmt::format(" {}:{}", p, i), rs);
+        ++i;
+      } catch (const Error& error) {
+        if (error.number() != kRowChanged) throw;
+        rs->CancelUpdate();
+      }
+    }
+    vesk->CloseSession();
+    return std::string("done");
+  });
   EXPECT_THAT(answers, testing::Each("done"));
   const std::string notes =
       reg_.value("Select DocumentNotes From Documents Where DocumentID = 'D1'");
@@ -421,20 +392,14 @@ TEST_F(TwoSessions, ProcessesThatTakeTheToldOnesTurnAgainLoseNothing) {
 TEST_F(TwoSessions, ProcessesAddingAtOnceGetARevisionEach) {
   constexpr int kProcesses = 3;
   const int each = test::steps(40);
-  std::vector<std::string> answers(kProcesses);
-  std::vector<std::thread> parents;
-  for (int p = 0; p < kProcesses; ++p)
-    parents.emplace_back([&, p] {
-      answers[static_cast<std::size_t>(p)] = test::inOtherProcess([&] {
-        const auto vesk = clsVesk::create(test::kCheapPasswords);
-        vesk->Login("Bert", "secret", reg_.path());
-        // All for one user, so that many get one identifier and one temporary key.
-        for (int i = 0; i < each; ++i) add(*vesk->Document());
-        vesk->CloseSession();
-        return std::string("done");
-      });
-    });
-  for (auto& parent : parents) parent.join();
+  const auto answers = test::inProcesses(kProcesses, [&](int) {
+    const auto vesk = clsVesk::create(test::kCheapPasswords);
+    vesk->Login("Bert", "secret", reg_.path());
+    // All for one user, so that many get one identifier and one temporary key.
+    for (int i = 0; i < each; ++i) add(*vesk->Document());
+    vesk->CloseSession();
+    return std::string("done");
+  });
   EXPECT_THAT(answers, testing::Each("done"));
   const std::string total = std::to_string(kProcesses * each);
   EXPECT_EQ(reg_.value("Select Count(*) From Documents Where DocumentTitle = 'new'"), total);

@@ -18,6 +18,17 @@ TEST(JoinedValue, InQuotesEveryRunOfApostrophesIsEven) {
             "Syntax error (missing operator) in query expression. (position 2: ''Brien')");
 }
 
+TEST(JoinedValue, WhatAValueInQuotesSays) {
+  for (const auto& [value, said] : {std::pair{"", ""},
+                                    {"User1", "User1"},
+                                    {"O''Brien", "O'Brien"},
+                                    {"''", "'"},
+                                    {"a''''b", "a''b"},
+                                    {"''x''", "'x'"}})
+    EXPECT_EQ(outOfQuotes(value), said);
+  for (const char* refused : {"O'Brien", "'"}) EXPECT_EQ(outOfQuotes(refused), refused);
+}
+
 TEST(JoinedValue, OutsideQuotesItIsOneNumber) {
   for (const char* good : {"0", "12", "-12", "+3", "1.5", "1e3"}) EXPECT_EQ(asNumber(good), good);
   for (const char* bad :

@@ -1,8 +1,6 @@
 // What is left behind when an operation on revisions fails, is undone, or meets another one.
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "common/clock.h"
 #include "revisions/revision_session.h"
 #include "support/engine_answers.h"
@@ -20,28 +18,7 @@ std::int32_t add(clsVeskRevision& revision, const std::string& level = "B") {
   return revision.Add("D1", level, "one", "two", "change", "shelf", true, "User7", "3/9/2001");
 }
 
-class RevisionFaults : public test::RevisionSession<test::FaultySessionTest> {
- protected:
-  // Lets each of the operation's writes fail in turn, and then its commit; nothing may be left of
-  // it. Returns after how many writes it came through.
-  int leavesNothingBehind(const std::function<void()>& operation) {
-    const auto before = everything();
-    int writes = 0;
-    for (bool failed = true; failed && writes < 100; writes += failed ? 1 : 0) {
-      faults_->failCommitAfter = 0;
-      faults_->failWriteAfter = writes;
-      EXPECT_RAISES(kEngineFailure, operation()) << writes;
-      failed = faults_->failCommitAfter == 0;  // it did not even come to the commit
-      EXPECT_EQ(everything(), before) << "after " << writes << " writes";
-      if (testing::Test::HasFailure()) break;
-    }
-    faults_->failCommitAfter = -1;
-    faults_->failWriteAfter = -1;
-    operation();
-    EXPECT_NE(everything(), before) << "and without a fault it does something";
-    return writes;
-  }
-};
+class RevisionFaults : public test::RevisionSession<test::FaultySessionTest> {};
 
 TEST_F(RevisionFaults, AddLeavesNothingBehind) {
   EXPECT_EQ(leavesNothingBehind([&] { add(revision()); }), 2);
@@ -123,27 +100,21 @@ TEST_F(TwoRevisionSessions, TheSlowerOneIsTold) {
 TEST_F(TwoRevisionSessions, ProcessesAddingForOneUserGetARevisionEach) {
   constexpr int kProcesses = 3;
   const int each = test::steps(50);
-  std::vector<std::string> answers(kProcesses);
-  std::vector<std::thread> parents;
-  for (int p = 0; p < kProcesses; ++p)
-    parents.emplace_back([&, p] {
-      answers[static_cast<std::size_t>(p)] = test::inOtherProcess([&] {
-        // One moment for all, so that every temporary key is the same.
-        const StoppedClock clock(at(2001, 2, 3, 14, 5, 9));
-        const auto vesk = clsVesk::create(test::kCheapPasswords);
-        vesk->Login("Bert", "secret", reg_.path());
-        std::string wrong;
-        for (int i = 0; i < each; ++i) {
-          const std::string level = fmt::format("{}.{}", p, i);
-          const std::int32_t id = add(*vesk->Revision(), level);
-          LoadedRevision loaded;
-          if (!loaded.from(*vesk->Revision(), id) || loaded.level != level) wrong += level + " ";
-        }
-        vesk->CloseSession();
-        return "done " + wrong;
-      });
-    });
-  for (auto& parent : parents) parent.join();
+  const auto answers = test::inProcesses(kProcesses, [&](int p) {
+    // One moment for all, so that every temporary key is the same.
+    const StoppedClock clock(at(2001, 2, 3, 14, 5, 9));
+    const auto vesk = clsVesk::create(test::kCheapPasswords);
+    vesk->Login("Bert", "secret", reg_.path());
+    std::string wrong;
+    for (int i = 0; i < each; ++i) {
+      const std::string level = fmt::format("{}.{}", p, i);
+      const std::int32_t id = add(*vesk->Revision(), level);
+      LoadedRevision loaded;
+      if (!loaded.from(*vesk->Revision(), id) || loaded.level != level) wrong += level + " ";
+    }
+    vesk->CloseSession();
+    return "done " + wrong;
+  });
   EXPECT_THAT(answers, testing::Each("done "));
   EXPECT_EQ(reg_.value("Select Count(*) From Revisions"), std::to_string(kProcesses * each));
   EXPECT_EQ(reg_.value("Select Count(*) From Revisions Where RevisionLevel Like 'User7%'"), "0")

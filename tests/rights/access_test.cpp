@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 
 #include "rights/rights.h"
 #include "support/other_user.h"
@@ -393,22 +392,15 @@ TEST_F(Access, SettersInAClientsTransactionGoWithIt) {
 
 TEST_F(Access, TwoProcessesSettingDifferentPlacesLoseNothing) {
   ownerRights(std::string(kPlaces, '0'));
-  std::string answers[2];
-  std::thread parents[2];
-  for (std::int16_t i = 0; i < 2; ++i)
-    parents[i] = std::thread([&, i] {
-      answers[i] = test::inOtherProcess([&] {
-        const auto vesk = clsVesk::create(test::kCheapPasswords);
-        vesk->Login("Bert", "secret", reg_.path());
-        for (auto n = static_cast<std::int16_t>(i + 1); n <= kPlaces; n += 2)
-          vesk->SetOwnerAccess(n, true);
-        vesk->CloseSession();
-        return std::string("done");
-      });
-    });
-  for (auto& parent : parents) parent.join();
-  EXPECT_EQ(answers[0], "done");
-  EXPECT_EQ(answers[1], "done");
+  const auto answers = test::inProcesses(2, [&](int p) {
+    const auto vesk = clsVesk::create(test::kCheapPasswords);
+    vesk->Login("Bert", "secret", reg_.path());
+    for (auto n = static_cast<std::int16_t>(p + 1); n <= kPlaces; n += 2)
+      vesk->SetOwnerAccess(n, true);
+    vesk->CloseSession();
+    return std::string("done");
+  });
+  EXPECT_EQ(answers, (std::vector<std::string>{"done", "done"}));
   EXPECT_EQ(stored("OwnerRights"), std::string(kPlaces, '1'));
 }
 

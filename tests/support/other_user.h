@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace kv::test {
 
@@ -14,5 +15,9 @@ namespace kv::test {
 
 // The same in a child process of the same user.
 [[nodiscard]] std::string inOtherProcess(const std::function<std::string()>& body);
+
+// The same in several processes at once, each told which one it is; their answers in that order.
+[[nodiscard]] std::vector<std::string> inProcesses(int count,
+                                                   const std::function<std::string(int)>& body);
 
 }  // namespace kv::test

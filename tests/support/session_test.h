@@ -78,6 +78,26 @@ class FaultySessionTest : public SessionTest {
     return writes;
   }
 
+  // Lets each of the operation's writes fail in turn, and then its commit; nothing may be left of
+  // it. Returns after how many writes it came through.
+  int leavesNothingBehind(const std::function<void()>& operation) {
+    const auto before = everything();
+    int writes = 0;
+    for (bool failed = true; failed && writes < 100; writes += failed ? 1 : 0) {
+      faults_->failCommitAfter = 0;
+      faults_->failWriteAfter = writes;
+      EXPECT_RAISES(kEngineFailure, operation()) << writes;
+      failed = faults_->failCommitAfter == 0;  // it did not even come to the commit
+      EXPECT_EQ(everything(), before) << "after " << writes << " writes";
+      if (testing::Test::HasFailure()) break;
+    }
+    faults_->failCommitAfter = -1;
+    faults_->failWriteAfter = -1;
+    operation();
+    EXPECT_NE(everything(), before) << "and without a fault it does something";
+    return writes;
+  }
+
   std::shared_ptr<Faults> faults_;
 };
 

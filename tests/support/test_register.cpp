@@ -38,7 +38,7 @@ TestRegister::TestRegister() : path_(folder_.file("register.kvv")) {
 
 TestRegister::~TestRegister() {
   connection_->Close();
-  if (TestServer::isGiven()) TestServer::drop(path_);
+  if (TestServer::isGiven()) TestServer::release(path_);
 }
 
 Ref<kvConnection> TestRegister::openAnother(const std::string& settings) const {

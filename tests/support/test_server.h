@@ -11,6 +11,8 @@ class TestServer {
   [[nodiscard]] static bool isGiven();
   // A new register in a database of its own; returns its location.
   [[nodiscard]] static std::string newRegister();
+  // Takes such a register back, whatever has become of it; a later one may be made of it.
+  static void release(const std::string& location);
   // A new, empty database; returns its location.
   [[nodiscard]] static std::string newDatabase();
   static void drop(const std::string& location) noexcept;

@@ -76,7 +76,8 @@ void prepareFields(const Ref<kvConnection>& connection) {
     storeTableValue(database, "UserConfig", std::string("Type") + field.name, field.typeCode);
     if (field.typeCode != 0) changes.push_back({.name = field.name, .type = field.type});
   }
-  if (!changes.empty()) changeColumns(connection->database(), "Users", changes);
+  const auto keeper = database->keeperOf("Users");
+  if (!changes.empty()) changeColumns(keeper ? keeper : database, "Users", changes);
 }
 
 }  // namespace kv::cli

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "kvdata/engine/engine.h"
 
@@ -17,8 +18,14 @@ struct OpenOptions {
   int pageLimit = 0;       // most pages the file may grow to; 0 is no limit
 };
 
+// Whether a location is a server's.
+[[nodiscard]] bool isServer(std::string_view location) noexcept;
+
 // Takes back what opening with `create` has made, when filling it failed. The engine must be gone.
 void discard(const OpenOptions& options) noexcept;
+
+// Whether two locations are one database. Two names of one server are taken for two.
+[[nodiscard]] bool sameDatabase(const std::string& a, const std::string& b) noexcept;
 
 // Raises -2147467259, the first sentence naming the cause: no such file, not a register, an Access
 // file, ...

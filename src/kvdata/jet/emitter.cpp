@@ -865,6 +865,18 @@ std::string emitLockRows(const TableInfo& table, const ColumnInfo* column, const
   return out + fmt::format(" ORDER BY {}", quotedName(table.key)) + dialect.forUpdate();
 }
 
+std::string emitLockLinkedRows(const TableInfo& table, const ColumnInfo& common,
+                               const TableInfo& link, const ColumnInfo& column,
+                               const Dialect& dialect) {
+  if (dialect.forUpdate().empty()) return {};
+  const std::string shared = dialect.fold(quotedName(common.name));
+  return fmt::format(
+             "SELECT {0} FROM {1} WHERE {2} IN (SELECT {2} FROM {3} WHERE {4} = {5}) ORDER BY {0}",
+             quotedName(table.key), quotedName(table.name), shared, quotedName(link.name),
+             dialect.fold(quotedName(column.name)), dialect.parameter(1)) +
+         dialect.forUpdate();
+}
+
 std::string emitRowExists(const TableInfo& table, const Dialect& dialect) {
   return fmt::format("SELECT 1 FROM {} WHERE {} = {}", quotedName(table.name),
                      quotedName(table.key), dialect.parameter(1));

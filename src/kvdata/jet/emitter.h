@@ -33,6 +33,11 @@ namespace kv::jet {
 // lock.
 [[nodiscard]] std::string emitLockRows(const TableInfo& table, const ColumnInfo* column,
                                        const Dialect& dialect);
+// The same for the rows that have a text column in common with those rows of another table in which
+// a text column equals parameter 1.
+[[nodiscard]] std::string emitLockLinkedRows(const TableInfo& table, const ColumnInfo& common,
+                                             const TableInfo& link, const ColumnInfo& column,
+                                             const Dialect& dialect);
 // One result row when the row with that key exists.
 [[nodiscard]] std::string emitRowExists(const TableInfo& table, const Dialect& dialect);
 

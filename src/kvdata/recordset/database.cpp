@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/error.h"
+#include "common/text.h"
 #include "kvdata/jet/binder.h"
 #include "kvdata/jet/emitter.h"
 #include "kvdata/jet/parser.h"
@@ -41,6 +42,8 @@ void Database::forgetStatements() noexcept {
 
 // Statements go before the engine they belong to.
 void Database::close() noexcept {
+  joined_.clear();
+  if (other_) other_->close();
   forgetStatements();
   if (engine_) engine_->rollback();
   engine_.reset();
@@ -70,6 +73,13 @@ PreparedStatement Database::prepare(std::string_view text) {
       }
     }
   }
+  if (out.shape->elsewhere) {
+    auto keeper = other_ ? other_ : main_.lock();
+    if (!keeper) raise(kNoConnection);
+    out = keeper->prepare(text);
+    out.home = std::move(keeper);
+    return out;
+  }
   out.literals = std::move(lexed_.literals);
   out.text = text;
   return out;
@@ -79,7 +89,12 @@ std::shared_ptr<StatementShape> Database::makeShape(std::string_view text,
                                                     const jet::Lexed& lexed) {
   auto shape = std::make_shared<StatementShape>();
   shape->catalog = catalog_;
-  shape->bound = jet::bind(jet::parse(text, lexed), text, lexed.literals, *catalog_);
+  auto statement = jet::parse(text, lexed);
+  if (runsElsewhere(statement)) {
+    shape->elsewhere = true;
+    return shape;
+  }
+  shape->bound = jet::bind(std::move(statement), text, lexed.literals, *catalog_);
   shape->emitted = jet::emit(shape->bound, lexed.literals, lexed.lifted, dialect());
   if (shape->bound.select)
     for (const auto& output : shape->bound.select->outputs) shape->types.push_back(output.type);
@@ -114,7 +129,9 @@ engine::Statement& Database::rowStatement(const std::string& sql) {
 }
 
 std::int64_t Database::execute(const PreparedStatement& statement) {
+  if (statement.home && statement.home.get() != this) return statement.home->execute(statement);
   if (statement.isSelect()) return 0;
+  joinTransactions();
   auto& shape = *statement.shape;
   auto& run = ready(statement, shape.whole, shape.emitted.whole);
   // Whatever becomes of it: a failed statement may have ended the transaction it ran in.
@@ -140,11 +157,90 @@ void Database::settleCounters() {
 }
 
 std::int64_t Database::nextNumber(const TableInfo& table) {
+  joinTransactions();
   settleCounters();
   return engine().reserveCounter(table, 1);
 }
 
 std::int64_t Database::execute(std::string_view text) { return execute(prepare(text)); }
+
+// ---- two databases that answer as one ----
+
+namespace {
+
+void addTables(const jet::TableRef& from, std::vector<std::string_view>& names) {
+  if (from.kind == jet::TableRef::Kind::Table) names.push_back(from.name);
+  for (const auto* side : {from.left.get(), from.right.get()})
+    if (side != nullptr) addTables(*side, names);
+}
+
+std::vector<std::string_view> tablesNamed(const jet::Statement& statement) {
+  std::vector<std::string_view> names;
+  const auto add = [&](const jet::TableRefPtr& from) {
+    if (from) addTables(*from, names);
+  };
+  if (statement.select) add(statement.select->from);
+  if (statement.update) add(statement.update->from);
+  if (statement.remove) add(statement.remove->from);
+  if (statement.insert) {
+    add(statement.insert->table);
+    if (statement.insert->select) add(statement.insert->select->from);
+  }
+  return names;
+}
+
+}  // namespace
+
+void Database::link(const std::shared_ptr<Database>& main, const std::shared_ptr<Database>& other,
+                    const std::vector<std::string>& there, const std::string& each) {
+  main->forgetStatements();
+  other->forgetStatements();
+  main->other_ = other;
+  main->apart_ = there;
+  other->main_ = main;
+  other->apart_ = there;
+  other->apart_.push_back(each);
+}
+
+std::shared_ptr<Database> Database::keeperOf(std::string_view table) const {
+  const bool apart = std::any_of(apart_.begin(), apart_.end(),
+                                 [&](const std::string& name) { return equalNoCase(name, table); });
+  if (other_) return apart ? other_ : nullptr;
+  return apart ? nullptr : main_.lock();
+}
+
+bool Database::runsElsewhere(const jet::Statement& statement) const {
+  if (apart_.empty()) return false;
+  std::string here;
+  std::string elsewhere;
+  for (const auto name : tablesNamed(statement)) {
+    auto& list = keeperOf(name) ? elsewhere : here;
+    list.append(list.empty() ? "" : ", ").append(name);
+  }
+  if (elsewhere.empty() || here.empty()) return here.empty() && !elsewhere.empty();
+  throw Error(kSyntax, "kvData",
+              "Users and actions are kept in a database of their own, and a statement cannot name "
+              "tables of both. (" +
+                  here + "; " + elsewhere + ")");
+}
+
+void Database::joinTransactions() {
+  const auto main = main_.lock();
+  if (!main || joining_) return;
+  joining_ = true;
+  try {
+    while (main->joined_.size() < main->levels_.size()) {
+      const auto& level = main->levels_[main->joined_.size()];
+      main->joined_.push_back(std::make_unique<Transaction>(
+          *this, level.access,
+          level.client ? Transaction::For::Client : Transaction::For::Library));
+    }
+  } catch (...) {
+    joining_ = false;
+    throw;
+  }
+  joining_ = false;
+}
 
 // ---- Transaction ----
 
@@ -158,7 +254,9 @@ void Database::guardStatements() noexcept {
 }
 
 Transaction::Transaction(Database& database, engine::Access access, For whom)
-    : database_(database), level_(static_cast<int>(database.levels_.size())) {
+    : database_(database) {
+  if (access == engine::Access::Write) database.joinTransactions();
+  level_ = static_cast<int>(database.levels_.size());
   auto& engine = database_.engine();
   const bool open = database_.opener_ >= 0;
   const bool openForWriting =
@@ -217,10 +315,20 @@ void Transaction::commit() {
     engine.release(level_);
   }
   done_ = true;
+  // The register first: people told of what has not come about are worse off than people not told.
+  const auto other = joined();
   leave();
+  if (other) other->commit();
+}
+
+std::unique_ptr<Transaction> Transaction::joined() noexcept {
+  const auto level = static_cast<std::size_t>(level_);
+  return level < database_.joined_.size() ? std::move(database_.joined_[level]) : nullptr;
 }
 
 void Transaction::leave() noexcept {
+  const auto level = static_cast<std::size_t>(level_);
+  if (database_.joined_.size() > level) database_.joined_.resize(level);
   if (database_.opener_ == level_) database_.opener_ = -1;
   database_.levels_.pop_back();
   database_.guardStatements();

@@ -20,6 +20,7 @@
 namespace kv {
 
 struct SourceColumn;
+class Transaction;
 
 // How rows of one table of a set are written, for one choice of columns; see KeysetSource.
 struct UpdatePlan {
@@ -48,13 +49,17 @@ struct StatementShape {
   std::vector<UpdatePlan> updates;
   // A set of this shape had more than the head gives; the next one is read by keys from the start.
   bool large = false;
+  bool elsewhere = false;  // names tables of the partner; nothing of the above is filled then
 };
+
+class Database;
 
 // One statement: a shape and the literals of this text.
 struct PreparedStatement {
   std::shared_ptr<StatementShape> shape;
   std::vector<jet::Literal> literals;
   std::string text;
+  std::shared_ptr<Database> home;  // the partner that runs it; nothing where it was prepared
 
   [[nodiscard]] bool isSelect() const noexcept {
     return shape->bound.statement.kind == jet::StatementKind::Select;
@@ -73,6 +78,21 @@ class Database {
 
   // Raises what the front end raises for text that is no statement of this database.
   [[nodiscard]] PreparedStatement prepare(std::string_view text);
+
+  // Lets `other` keep the tables named in `there`. A statement that names only such tables runs in
+  // `other`, one that names none of them in `main`, whichever of the two it is given to; one that
+  // names both kinds is refused. `each` is a table that each has for itself. What is written to
+  // `other` while transactions are open in `main` belongs to them; `main` commits first. Closing
+  // `main` closes both.
+  static void link(const std::shared_ptr<Database>& main, const std::shared_ptr<Database>& other,
+                   const std::vector<std::string>& there, const std::string& each);
+  // The database that keeps a table: a partner, or nothing for this one.
+  [[nodiscard]] std::shared_ptr<Database> keeperOf(std::string_view table) const;
+  // The database that this one has been linked to as the main one; nothing without.
+  [[nodiscard]] const std::shared_ptr<Database>& other() const noexcept { return other_; }
+  // Before anything is locked or written here: opens transactions to go with those that are open in
+  // the main database. Nothing to do where there is none.
+  void joinTransactions();
 
   // Runs an INSERT, UPDATE or DELETE; returns how many rows it changed.
   std::int64_t execute(const PreparedStatement& statement);
@@ -138,6 +158,8 @@ class Database {
     bool client;  // begun by a client, who may go on after a statement in it has failed
   };
   void guardStatements() noexcept;
+  // Raises -2147217900 for a statement that names tables of both.
+  [[nodiscard]] bool runsElsewhere(const jet::Statement& statement) const;
   // Rows were given numbers of their own: the counters follow before they are next used by anybody.
   void settleCounters();
 
@@ -145,6 +167,13 @@ class Database {
   // Open transactions, outermost first.
   std::vector<Level> levels_;
   int opener_ = -1;  // the level that opened the engine's transaction; -1 when none is open
+
+  std::shared_ptr<Database> other_;  // of a main database
+  std::weak_ptr<Database> main_;     // of another
+  std::vector<std::string> apart_;   // the tables that the other one answers for
+  bool joining_ = false;
+  // Of a main database: the other one's transactions, beside the outermost of levels_.
+  std::vector<std::unique_ptr<Transaction>> joined_;
 };
 
 // A transaction, or within one a mark to go back to. What is not committed is undone.
@@ -171,9 +200,11 @@ class Transaction {
 
  private:
   void leave() noexcept;
+  // What goes with this one in the other database, taken out.
+  [[nodiscard]] std::unique_ptr<Transaction> joined() noexcept;
 
   Database& database_;
-  int level_;
+  int level_ = 0;
   bool opened_ = false;  // this one opened the engine's transaction
   bool marked_ = false;  // this one set a savepoint
   bool done_ = false;

@@ -41,11 +41,12 @@ Ref<Recordset> Recordset::open(const std::shared_ptr<Database>& database,
   auto set = std::make_shared<Recordset>(Private{});
   set->CursorType(cursorType);
   set->LockType(lockType);
+  const auto home = statement.home ? statement.home : database;
   std::shared_ptr<RowSource> source;
   if (statement.shape->bound.select->keyed)
-    source = std::make_shared<KeysetSource>(database, std::move(statement));
+    source = std::make_shared<KeysetSource>(home, std::move(statement));
   else
-    source = std::make_shared<SnapshotSource>(database, std::move(statement));
+    source = std::make_shared<SnapshotSource>(home, std::move(statement));
   set->attach(std::move(source));
   return set;
 }

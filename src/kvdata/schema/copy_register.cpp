@@ -170,37 +170,77 @@ std::vector<CopiedTable> tablesOf(const Ref<kvConnection>& connection) {
   return out;
 }
 
+namespace {
+
+// Copies tables that both have, telling how far it has come.
+class Copying {
+ public:
+  Copying(Database& source, std::vector<TableInfo> tables, const CopyProgress& progress)
+      : source_(source), tables_(std::move(tables)), progress_(progress) {
+    for (const auto& table : tables_) {
+      copied_.push_back(tableOf(source_, *source_.catalog()->find(table.name)));
+      all_ += copied_.back().rows;
+    }
+  }
+
+  void into(Database& target) {
+    for (std::size_t t = 0; t < tables_.size(); ++t) {
+      const TableInfo& made = tables_[t];
+      const TableInfo& old = *source_.catalog()->find(made.name);
+      RowWriter writer(target, made, columnsOf(made));
+      eachPage(source_, old, columnsOf(old),
+               [&](const std::vector<std::int64_t>& keys, const engine::RowBlock& rows) {
+                 writer.write(keys, rows);
+                 done_ += static_cast<std::int64_t>(keys.size());
+                 if (progress_) progress_(done_, all_, old.name);
+               });
+      takeCounterAlong(source_, old, target, made);
+      const CopiedTable after = tableOf(target, made);
+      if (after.rows != copied_[t].rows || after.checksum != copied_[t].checksum)
+        throw Error(kEngineFailure, "kvData",
+                    fmt::format("The copy of {} differs from the original: {} and {} rows.",
+                                old.name, copied_[t].rows, after.rows));
+    }
+  }
+  [[nodiscard]] const std::vector<TableInfo>& tables() const noexcept { return tables_; }
+  [[nodiscard]] const std::vector<CopiedTable>& copied() const noexcept { return copied_; }
+
+ private:
+  Database& source_;
+  std::vector<TableInfo> tables_;
+  const CopyProgress& progress_;
+  std::vector<CopiedTable> copied_;
+  std::int64_t all_ = 0;
+  std::int64_t done_ = 0;
+};
+
+}  // namespace
+
 std::vector<CopiedTable> copyRegister(const Ref<kvConnection>& from, const std::string& to,
                                       const CopyProgress& progress) {
   Database& source = *from->database();
   const Transaction reading(source, engine::Access::Read);
-  std::vector<CopiedTable> before;
-  std::int64_t all = 0;
-  for (const auto& table : source.catalog()->tables()) {
-    before.push_back(tableOf(source, table));
-    all += before.back().rows;
-  }
-  std::int64_t done = 0;
-  const auto made = tablesToMake(source);
-  createWithTables(to, made, [&](const std::shared_ptr<Database>& target) {
-    for (std::size_t t = 0; t < made.size(); ++t) {
-      const TableInfo& old = source.catalog()->tables()[t];
-      RowWriter writer(*target, made[t], columnsOf(made[t]));
-      eachPage(source, old, columnsOf(old),
-               [&](const std::vector<std::int64_t>& keys, const engine::RowBlock& rows) {
-                 writer.write(keys, rows);
-                 done += static_cast<std::int64_t>(keys.size());
-                 if (progress) progress(done, all, old.name);
-               });
-      takeCounterAlong(source, old, *target, made[t]);
-      const CopiedTable after = tableOf(*target, made[t]);
-      if (after.rows != before[t].rows || after.checksum != before[t].checksum)
-        throw Error(kEngineFailure, "kvData",
-                    fmt::format("The copy of {} differs from the original: {} and {} rows.",
-                                old.name, before[t].rows, after.rows));
-    }
+  Copying copying(source, tablesToMake(source), progress);
+  createWithTables(to, copying.tables(), [&](const std::shared_ptr<Database>& target) {
+    copying.into(*target);
   })->Close();
-  return before;
+  return copying.copied();
+}
+
+std::vector<CopiedTable> copyUsers(const Ref<kvConnection>& from, const std::string& to,
+                                   const CopyProgress& progress) {
+  const auto keeper = from->database()->other();
+  Database& source = keeper ? *keeper : *from->database();
+  const Transaction reading(source, engine::Access::Read);
+  auto tables = tablesToMake(source);
+  std::erase_if(tables, [](const TableInfo& table) {
+    return std::find(userTables().begin(), userTables().end(), table.name) == userTables().end();
+  });
+  Copying copying(source, std::move(tables), progress);
+  createUserDatabase(to, copying.tables(), [&](const std::shared_ptr<Database>& target) {
+    copying.into(*target);
+  })->Close();
+  return copying.copied();
 }
 
 }  // namespace kv

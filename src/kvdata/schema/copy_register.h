@@ -28,6 +28,12 @@ using CopyProgress = std::function<void(std::int64_t, std::int64_t, const std::s
                                                     const std::string& to,
                                                     const CopyProgress& progress = {});
 
+// Makes a database of users and actions at `to` that holds those of the register, wherever it keeps
+// them. Otherwise as copyRegister.
+[[nodiscard]] std::vector<CopiedTable> copyUsers(const Ref<kvConnection>& from,
+                                                 const std::string& to,
+                                                 const CopyProgress& progress = {});
+
 // Row counts and checksums of a register as it is.
 [[nodiscard]] std::vector<CopiedTable> tablesOf(const Ref<kvConnection>& connection);
 

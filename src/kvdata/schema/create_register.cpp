@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <random>
 
 #include "kvdata/connection_string.h"
@@ -23,14 +24,16 @@ std::string randomName() {
   return fmt::format("{:08X}{:08X}", device(), device());
 }
 
+template <class Fill>
+void addRow(const std::shared_ptr<Database>& database, std::string_view table, Fill fill) {
+  const auto rs = openOwn(database, "Select * From [" + std::string(table) + "]");
+  rs->AddNew();
+  fill(*rs);
+  rs->Update();
+}
+
 void firstValues(const std::shared_ptr<Database>& database) {
-  const auto add = [&](const std::string& table, auto fill) {
-    const auto rs = openOwn(database, "Select * From [" + table + "]");
-    rs->AddNew();
-    fill(*rs);
-    rs->Update();
-  };
-  add("VeskConfig", [](Recordset& rs) {
+  addRow(database, kConfigTable, [](Recordset& rs) {
     rs.Fields("DatabaseVersion")->Value(kLayoutVersion);
     rs.Fields("Version")->Value(kUserDataVersion);
     rs.Fields("OwnerRights")->Value(std::string(kOwnerRights, '0'));
@@ -40,11 +43,11 @@ void firstValues(const std::shared_ptr<Database>& database) {
     rs.Fields("Document")->Value("Document");
     rs.Fields("Revision")->Value("Revision");
   });
-  add("UserConfig", [](Recordset& rs) {
+  addRow(database, "UserConfig", [](Recordset& rs) {
     for (int n = 0; n < kUserFields; ++n) rs.Fields(fmt::format("TypeUser{:02}", n))->Value(0);
   });
   for (const char* table : {"DocumentConfig", "ManualConfig", "RevisionConfig"})
-    add(table, [](Recordset&) {});
+    addRow(database, table, [](Recordset&) {});
 }
 
 }  // namespace
@@ -81,6 +84,26 @@ Ref<kvConnection> createRegister(
                             firstValues(database);
                             if (fill) fill(database);
                           });
+}
+
+Ref<kvConnection> createUserDatabase(
+    const std::string& ConnectionString, std::vector<TableInfo> tables,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill) {
+  tables.insert(tables.begin(), userConfigTable());
+  return createWithTables(ConnectionString, tables, [&](const std::shared_ptr<Database>& database) {
+    addRow(database, kConfigTable,
+           [](Recordset& rs) { rs.Fields("Version")->Value(kUserDataVersion); });
+    fill(database);
+  });
+}
+
+Ref<kvConnection> createUserDatabase(const std::string& ConnectionString) {
+  std::vector<TableInfo> tables;
+  for (const auto& table : registerTables())
+    if (std::find(userTables().begin(), userTables().end(), table.name) != userTables().end())
+      tables.push_back(table);
+  return createUserDatabase(ConnectionString, std::move(tables),
+                            [](const std::shared_ptr<Database>&) {});
 }
 
 }  // namespace kv

@@ -24,4 +24,10 @@ namespace kv {
     const std::string& ConnectionString,
     const std::function<void(const std::shared_ptr<Database>&)>& fill = {});
 
+// The same for a database of users and their actions, with the tables for those as they are given.
+[[nodiscard]] Ref<kvConnection> createUserDatabase(
+    const std::string& ConnectionString, std::vector<TableInfo> tables,
+    const std::function<void(const std::shared_ptr<Database>&)>& fill);
+[[nodiscard]] Ref<kvConnection> createUserDatabase(const std::string& ConnectionString);
+
 }  // namespace kv

@@ -120,7 +120,7 @@ std::vector<ColumnInfo> groups() {
 
 std::vector<TableInfo> makeTables() {
   return {
-      table("VeskConfig",
+      table(std::string(kConfigTable),
             {text("DatabaseVersion", 10), text("Version", 20), yesNo("ExternalActionSystem"),
              text("UserDBLocation", kText), text("OwnerRights", kText), text("ProgramOptions", kId),
              text("DBID", kId), number("Originator"), text("OriginatorID", kId),
@@ -209,6 +209,16 @@ std::vector<TableInfo> makeTables() {
 const std::vector<TableInfo>& registerTables() {
   static const std::vector<TableInfo> tables = makeTables();
   return tables;
+}
+
+const std::vector<std::string>& userTables() {
+  static const std::vector<std::string> names = {"Users", "Actions", "UserQuerys", "UserFilters"};
+  return names;
+}
+
+const TableInfo& userConfigTable() {
+  static const TableInfo config = table(std::string(kConfigTable), {text("Version", 20)});
+  return config;
 }
 
 std::vector<TableInfo> withSecondNames(std::vector<TableInfo> tables) {

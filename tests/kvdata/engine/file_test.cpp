@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "kvdata/connection.h"
+#include "kvdata/schema/create_register.h"
 #include "support/error_check.h"
 #include "support/other_user.h"
 #include "support/shared_data.h"
@@ -24,6 +25,12 @@ std::string refusal(const std::string& path) {
   EXPECT_EQ(error->number(), kEngineFailure);
   EXPECT_EQ(error->source(), "kvData");
   return error->description();
+}
+
+TEST(OpenFile, ARegisterIsOneFromTheMomentItIsMade) {
+  const test::TempFolder folder;
+  const auto made = createRegister(folder.file("new.kvv"));
+  EXPECT_EQ(refusal(folder.file("new.kvv")), "opened") << "while its maker still has it open";
 }
 
 TEST(OpenFile, SaysWhatIsThereInstead) {

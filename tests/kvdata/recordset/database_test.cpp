@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <thread>
-
 #include "kvdata/engine/open.h"
 #include "kvdata/schema/register_schema.h"
 #include "support/error_check.h"
@@ -235,22 +233,16 @@ TEST_F(Faults, AProcessKilledInATransactionLeavesNothingOfIt) {
 
 TEST_F(Faults, ManyProcessesWritingAtOnceLoseNothing) {
   constexpr int kEach = 25;
-  std::vector<std::string> answers(4);
-  std::vector<std::thread> parents;
-  for (auto& answer : answers)
-    parents.emplace_back([&] {
-      answer = test::inOtherProcess([&] {
-        const auto connection = kvConnection::open(reg_.path());
-        const auto rs = connection->OpenRecordset("Select * From Keywords");
-        for (int i = 0; i < kEach; ++i) {
-          rs->AddNew();
-          rs->Fields("Keyword")->Value(fmt::format("{}", i));
-          rs->Update();
-        }
-        return std::string("done");
-      });
-    });
-  for (auto& parent : parents) parent.join();
+  const auto answers = test::inProcesses(4, [&](int) {
+    const auto connection = kvConnection::open(reg_.path());
+    const auto rs = connection->OpenRecordset("Select * From Keywords");
+    for (int i = 0; i < kEach; ++i) {
+      rs->AddNew();
+      rs->Fields("Keyword")->Value(fmt::format("{}", i));
+      rs->Update();
+    }
+    return std::string("done");
+  });
   EXPECT_THAT(answers, testing::Each("done"));
   EXPECT_EQ(reg_.value("Select Count(*) From Keywords"), std::to_string(4 * kEach));
 }

@@ -140,7 +140,11 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   void begin(Access access) override {
     kept(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN").run();
   }
-  void commit() override { kept("COMMIT").run(); }
+  void commit() override {
+    kept("COMMIT").run();
+    // Whoever opens a file looks for the mark in the file itself, not in its log.
+    if (std::exchange(marked_, false)) execute("PRAGMA wal_checkpoint(PASSIVE)");
+  }
   void rollback() noexcept override {
     if (inTransaction()) sqlite3_exec(db_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
   }
@@ -188,6 +192,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
 
   void markAsRegister() override {
     execute(fmt::format("PRAGMA application_id = {}", kRegisterMark));
+    marked_ = true;
   }
 
   bool readOnly() const override { return access_ != FileAccess::ReadWrite; }
@@ -234,7 +239,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
       requireNothing(path);
       flags |= SQLITE_OPEN_CREATE;
     } else {
-      requireRegister(path);
+      requireFile(path);
       access_ = accessTo(path);
       if (access_ != FileAccess::ReadWrite) flags = SQLITE_OPEN_READONLY;
       if (access_ == FileAccess::Unchanging) {
@@ -246,6 +251,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     // A leading "./" keeps SQLite from giving names such as ":memory:" a meaning of their own.
     if (location == path && path.front() == ':') location = "./" + path;
     db_ = connect(location, flags);
+    if (!options_.create) requireRegister(db_.get(), path);
     sqlite3_busy_timeout(db_.get(), static_cast<int>(options_.lockTimeout.count()));
     registerSqliteFunctions(db_.get());
     for (const auto& pragma :
@@ -273,6 +279,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   OpenOptions options_;
   FileAccess access_ = FileAccess::ReadWrite;
   std::string mark_;
+  bool marked_ = false;  // in the transaction that is open
   Connection db_;
   std::map<std::string, std::unique_ptr<SqliteStatement>> kept_;  // gone before the connection is
   std::chrono::milliseconds limit_{0};

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
@@ -31,11 +30,15 @@ fs::path pathOf(const std::string& path) {
   throw Error(kEngineFailure, "kvData", fmt::format("{} '{}'", why, path));
 }
 
-bool writable(const fs::path& path) {
+// Ways to use a file, as both systems number them.
+constexpr int kRead = 4;
+constexpr int kWrite = 2;
+
+bool allows(const fs::path& path, int use) {
 #ifdef _WIN32
-  return _waccess(path.c_str(), 2) == 0;
+  return _waccess(path.c_str(), use) == 0;
 #else
-  return access(path.c_str(), W_OK) == 0;
+  return access(path.c_str(), use) == 0;
 #endif
 }
 
@@ -51,21 +54,27 @@ std::string_view accessFormat(unsigned char version) {
 
 }  // namespace
 
-void requireRegister(const std::string& path) {
+void requireFile(const std::string& path) {
   std::error_code problem;
   const auto status = fs::status(pathOf(path), problem);
   if (!fs::exists(status)) refuse(path, "There is no such file:");
   if (!fs::is_regular_file(status)) refuse(path, "This is not a file:");
-  std::ifstream in(pathOf(path), std::ios::binary);
+  if (!allows(pathOf(path), kRead)) refuse(path, "The file could not be opened for reading:");
+}
+
+void requireRegister(sqlite3* connection, const std::string& path) {
+  sqlite3_file* file = nullptr;
+  sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
   std::array<char, 100> header{};
-  in.read(header.data(), header.size());
-  if (!in.is_open()) refuse(path, "The file could not be opened for reading:");
-  const std::string_view bytes(header.data(), static_cast<std::size_t>(in.gcount()));
-  const std::string_view name = bytes.size() > 20 ? bytes.substr(4, 15) : std::string_view{};
+  const int read = file->pMethods->xRead(file, header.data(), header.size(), 0);
+  if (read != SQLITE_OK && read != SQLITE_IOERR_SHORT_READ)
+    refuse(path, "The file could not be read:");
+  const std::string_view bytes(header.data(), header.size());
+  const std::string_view name = bytes.substr(4, 15);
   if (name == "Standard Jet DB" || name == "Standard ACE DB")
     refuse(path, fmt::format("This is an Access database file, {}, not a register:",
                              accessFormat(static_cast<unsigned char>(bytes[20]))));
-  if (!bytes.starts_with(std::string_view("SQLite format 3\0", 16)) || bytes.size() < header.size())
+  if (!bytes.starts_with(std::string_view("SQLite format 3\0", 16)) || read != SQLITE_OK)
     refuse(path, "The file is not a register:");
   constexpr std::size_t kMarkAt = 68;  // SQLite's application id, most significant byte first
   unsigned mark = 0;
@@ -91,7 +100,8 @@ void removeFiles(const std::string& path) noexcept {
 FileAccess accessTo(const std::string& path) {
   const fs::path file = pathOf(path);
   const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  if (writable(folder)) return writable(file) ? FileAccess::ReadWrite : FileAccess::ReadOnly;
+  if (allows(folder, kWrite))
+    return allows(file, kWrite) ? FileAccess::ReadWrite : FileAccess::ReadOnly;
   // With the log's files in place a reader needs no new ones.
   std::error_code problem;
   if (fs::exists(pathOf(path + "-wal"), problem) && fs::exists(pathOf(path + "-shm"), problem))

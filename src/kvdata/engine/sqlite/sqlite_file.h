@@ -1,5 +1,11 @@
-// What a file is, before SQLite is asked to open it.
+// What a file is, before anything is read from it as a register.
+//
+// Nothing here opens the file. The locks by which SQLite keeps processes apart are a process's own,
+// and closing any handle to the file gives all of them up, those of its other connections too: the
+// next process to close the register would take itself for the last one and remove their log.
 #pragma once
+
+#include <sqlite3.h>
 
 #include <string>
 
@@ -11,9 +17,12 @@ enum class FileAccess {
   Unchanging,  // nothing may be written beside the file either: read it without locks
 };
 
-// Raises -2147467259 for files that are missing, folders, Access files (naming their format), files
-// that are no SQLite database, and SQLite databases that are no register.
-void requireRegister(const std::string& path);
+// Raises -2147467259 for files that are missing, folders, and files that may not be read.
+void requireFile(const std::string& path);
+
+// Raises -2147467259 for Access files (naming their format), files that are no SQLite database, and
+// SQLite databases that are no register. Looks at the file through the connection's own handle.
+void requireRegister(sqlite3* connection, const std::string& path);
 
 // Raises -2147467259 when there is anything at the path.
 void requireNothing(const std::string& path);

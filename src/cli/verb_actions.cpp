@@ -1,0 +1,63 @@
+#include <iostream>
+
+#include "cli/answer_set.h"
+#include "cli/given_options.h"
+#include "cli/output.h"
+#include "cli/user_lookup.h"
+#include "cli/verbs.h"
+#include "common/text.h"
+#include "rights/rights.h"
+
+namespace kv::cli {
+
+namespace {
+
+int list(const Options& options, const std::optional<std::string>& of, bool all) {
+  const Session session(options);
+  std::string id = session.profile()->UserID();
+  // Their own are theirs even if they may not look at users.
+  if (of && !equalNoCase(*of, id) && !equalNoCase(*of, session.profile()->UserName())) {
+    session.requireRight(urviewuserdetail);
+    id = findUser(session.database(), *of);
+  }
+  const auto actions = session->GetActions(doubledQuotes(id), all);
+  AnswerSet answer({{"ActionID", kTypeInteger},
+                    {"Subject", kTypeVarWChar},
+                    {"Originator", kTypeVarWChar},
+                    {"DateOpened", kTypeDate},
+                    {"DateDue", kTypeDate},
+                    {"DateCompleted", kTypeDate},
+                    {"DateClosed", kTypeDate},
+                    {"Reference", kTypeVarWChar},
+                    {"Description", kTypeLongVarWChar}});
+  for (; !actions->Eof(); actions->MoveNext()) {
+    const auto value = [&](const char* column) { return actions->Fields(column)->Value(); };
+    answer.add({value("ActionID"), value("Subject"), value("Originator"), value("DateOpened"),
+                value("DateDue"), value("DateCompleted"), value("DateClosed"), value("Reference"),
+                value("Description")});
+  }
+  writeRows(std::cout, answer.rows(), options.format);
+  return kDone;
+}
+
+}  // namespace
+
+void addActions(CLI::App& app, Action& chosen) {
+  auto* verb = app.add_subcommand("actions", "List what somebody has been asked to do");
+  const auto options = std::make_shared<Options>();
+  const auto of = std::make_shared<std::optional<std::string>>();
+  const auto all = std::make_shared<bool>(false);
+  addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
+  addText(*verb, "--of", *of, "The user, by ID or name; whoever logs in when left out")
+      ->type_name("USER");
+  verb->add_flag("--all", *all, "Also those that are closed");
+  verb->footer(
+      "Reference is the document or the revision that an action is about.\n"
+      "'kvvesk action' completes and closes actions.");
+  verb->callback([&chosen, options, of, all] {
+    chosen = [options, of, all] { return list(*options, *of, *all); };
+  });
+}
+
+}  // namespace kv::cli
