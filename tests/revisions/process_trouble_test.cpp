@@ -24,6 +24,8 @@ using test::Texts;
 
 const char* const kInOrder = "00000011010";
 const char* const kAnyOrder = "00000011000";
+constexpr int kManyRounds = 60;
+const int kRounds = test::steps(kManyRounds);
 constexpr int kApprovers = 3;  // Anna, Bert and Cleo
 
 class Processes : public test::ApprovalSession<test::SessionTest> {
@@ -73,6 +75,13 @@ class Processes : public test::ApprovalSession<test::SessionTest> {
     EXPECT_EQ(stored, row.text());
   }
 
+  // That they have met at all.
+  void expectConflicts() const {
+    if (kRounds == kManyRounds) {
+      EXPECT_GT(conflicts_, 0);
+    }
+  }
+
   std::deque<ChildProcess> workers_;
   int conflicts_ = 0;
 };
@@ -83,7 +92,7 @@ TEST_F(Processes, LoseNoDecisionInAnyOrder) {
   options(kAnyOrder);
   for (const bool transactions : {false, true}) {
     start("any-order", transactions);
-    for (int round = 0; round < test::steps(60) && !HasFailure(); ++round) {
+    for (int round = 0; round < kRounds && !HasFailure(); ++round) {
       const std::int32_t id = awaitingAll();
       tell(id);
       Texts expected;
@@ -94,13 +103,13 @@ TEST_F(Processes, LoseNoDecisionInAnyOrder) {
       expectSettled(id);
     }
   }
-  EXPECT_GT(conflicts_, 0);
+  expectConflicts();
 }
 
 TEST_F(Processes, TakeATurnOnceInTransactions) {
   options(kInOrder);
   start("in-order", true);
-  for (int round = 0; round < test::steps(60) && !HasFailure(); ++round) {
+  for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const std::int32_t id = awaitingAll();
     const Texts answers = tell(id);
     EXPECT_EQ(states(id), "3|4");
@@ -121,13 +130,17 @@ TEST_F(Processes, TakeATurnOnceInTransactions) {
         << "each is told once";
   }
   // In a file a transaction that writes keeps all others waiting.
-  EXPECT_EQ(conflicts_ > 0, test::onServer());
+  if (test::onServer()) {
+    expectConflicts();
+  } else {
+    EXPECT_EQ(conflicts_, 0);
+  }
 }
 
 TEST_F(Processes, TakeEveryTurnWithoutTransactions) {
   options(kInOrder);
   start("in-order", false);
-  for (int round = 0; round < test::steps(60) && !HasFailure(); ++round) {
+  for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const std::int32_t id = awaitingAll();
     const Texts answers = tell(id);
     EXPECT_EQ(states(id), "3|4");
@@ -143,24 +156,24 @@ TEST_F(Processes, TakeEveryTurnWithoutTransactions) {
       EXPECT_EQ(found, 1) << row;
     }
   }
-  EXPECT_GT(conflicts_, 0);
+  expectConflicts();
 }
 
 TEST_F(Processes, RouteARevisionOnce) {
   for (int user = 1; user <= kApprovers; ++user) addToList(user, user);
   start("route", false);
-  for (int round = 0; round < test::steps(60) && !HasFailure(); ++round) {
+  for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const std::int32_t id = addRevision(2);
     tell(id);
     EXPECT_EQ(approvals(id), (Texts{"User1|0|~|~|~", "User2|0|~|~|~", "User3|0|~|~|~"}));
     EXPECT_EQ(states(id), "1|3");
   }
-  EXPECT_GT(conflicts_, 0);
+  expectConflicts();
 }
 
 TEST_F(Processes, NeverPutTwoRevisionsInForce) {
-  std::vector<int> ids;
-  for (int i = 0; i < kApprovers; ++i) ids.push_back(addRevision(4));
+  std::vector<int> ids(kApprovers);
+  for (int& id : ids) id = addRevision(4);
   Ref<Recordset> documents;
   revision().SetAsCurrentRevision(revision().GetRevRS(ids[0]), documents, false);
   start("current", false);

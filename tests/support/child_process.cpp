@@ -17,6 +17,7 @@ ChildProcess::ChildProcess(std::vector<std::string> words) {
   if (pipe2(in.data(), O_CLOEXEC) != 0 || pipe2(out.data(), O_CLOEXEC) != 0)
     throw std::runtime_error("pipe");
   std::vector<char*> raw;
+  raw.reserve(words.size() + 1);
   for (auto& word : words) raw.push_back(word.data());
   raw.push_back(nullptr);
   pid_ = fork();
