@@ -89,6 +89,7 @@ class Register {
     std::vector<Row> out;
     const auto rs = openOwn(database_, "Select * From [" + table + "]", kReadOnly);
     std::vector<Ref<Field>> fields;
+    fields.reserve(static_cast<std::size_t>(rs->Fields().Count()));
     for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) fields.push_back(rs->Fields(i));
     for (; !rs->Eof(); rs->MoveNext()) {
       Row row;
