@@ -168,8 +168,8 @@ class RightsOfVerbs : public testing::Test {
           // binder. The leaflet is empty.
           "Insert Into Documents (ID, DocumentID, DocumentTitle, DocumentNumber, Controlled, "
           "CurrentRevID) Values (905, 'D5', 'Held', 'P-5', True, 905)",
-          "Insert Into Revisions (RevisionID, DocumentID, RevisionLevel, RevisionStatus) Values "
-          "(905, 'D5', 'A', 1)",
+          "Insert Into Revisions (RevisionID, DocumentID, RevisionLevel, RoutingStatus, "
+          "RevisionStatus) Values (905, 'D5', 'A', 0, 1)",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (901, 'M1', 'Handbook')",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (902, 'M2', 'Binder')",
           "Insert Into Manuals (ID, ManualID, ManualName) Values (903, 'M3', 'Leaflet')",
