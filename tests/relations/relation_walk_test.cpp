@@ -1081,8 +1081,10 @@ TEST_F(RelationWalk, GoesAsTheRulesSay) {
   compareLists(40);
   for (const auto& manual : manuals_) compareManual(manual);
   if (HasFailure()) ADD_FAILURE() << "seed " << seed() << ", at the end";
+  // In a shorter walk chance has more to say about what is rare.
+  constexpr int kChance = kSteps < kFullLength ? 3 : 1;
   for (const auto& [what, times] : kAtLeast)
-    EXPECT_GE(counts_[what], times * kSteps / kFullLength) << what << ", seed " << seed();
+    EXPECT_GE(counts_[what], times * kSteps / kFullLength / kChance) << what << ", seed " << seed();
 }
 
 }  // namespace
