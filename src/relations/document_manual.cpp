@@ -1,6 +1,5 @@
 // Documents in manuals.
 #include "common/convert.h"
-#include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/sql_text.h"
 #include "relations/relation_errors.h"
@@ -15,15 +14,6 @@ namespace {
 constexpr std::int16_t kPositionOfNew = 100;
 
 }  // namespace
-
-bool clsVesk::isCurrentUsersDocument(const std::string& DocumentID) const {
-  return user_->UserIsOwner(doubledQuotes(dataServer_->Profile()->UserID()), DocumentID);
-}
-
-bool clsVesk::isControlled(const std::string& DocumentID) const {
-  const Variant controlled = document_->Value(DocumentID, "Controlled");
-  return !controlled.isNull() && toBoolean(controlled);
-}
 
 bool clsVesk::DocumentManualRelation(const std::string& ManualID, const std::string& DocumentID,
                                      bool Remove) {

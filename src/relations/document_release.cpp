@@ -27,13 +27,6 @@ std::string temporaryKey() {
 
 }  // namespace
 
-void clsVesk::requireRelease(const ReleaseRights& rights, const std::string& UserID) const {
-  if (UserAccess(rights.asAnyone)) return;
-  const bool ownList = rights.ownList != 0 && UserID == dataServer_->Profile()->UserID();
-  if (!ownList) raise(rights.refusal);
-  if (!UserAccess(rights.ownList)) raise(rights.ownListRefusal);
-}
-
 bool clsVesk::DocumentUserRelation(const std::string& DocumentID, const std::string& UserID,
                                    bool HardCopy, bool Remove, std::int32_t& ReleaseID) {
   std::string document = inQuotes(DocumentID);
