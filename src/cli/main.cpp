@@ -43,6 +43,9 @@ int run(int argc, char** argv) {
   kv::cli::addRelease(app, chosen);
   kv::cli::addCollect(app, chosen);
   kv::cli::addPersonal(app, chosen);
+  kv::cli::addHoldings(app, chosen);
+  kv::cli::addReleases(app, chosen);
+  kv::cli::addStale(app, chosen);
   kv::cli::addOwners(app, chosen);
   kv::cli::addApprovers(app, chosen);
   kv::cli::addActions(app, chosen);
@@ -50,8 +53,11 @@ int run(int argc, char** argv) {
   kv::cli::addQueries(app, chosen);
   kv::cli::addUsers(app, chosen);
   kv::cli::addUser(app, chosen);
+  kv::cli::addWorkgroups(app, chosen);
   kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
+  kv::cli::addKeywords(app, chosen);
+  kv::cli::addLabels(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);
   kv::cli::addExport(app, chosen);
