@@ -63,6 +63,8 @@ int run(int argc, char** argv) {
   kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
+  kv::cli::addCompletion(app, chosen);
+  kv::cli::addManpage(app, chosen);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ExtrasError&) {

@@ -42,6 +42,9 @@ void addStale(CLI::App& app, Action& chosen);
 void addOwners(CLI::App& app, Action& chosen);
 void addApprovers(CLI::App& app, Action& chosen);
 void addQueries(CLI::App& app, Action& chosen);
+// These two tell what the app has when they run, whatever is added after them.
+void addCompletion(CLI::App& app, Action& chosen);
+void addManpage(CLI::App& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.
 void addCommon(CLI::App& verb, Options& options);
