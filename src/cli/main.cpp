@@ -29,6 +29,7 @@ int run(const std::vector<const char*>& words) {
       "kvvesk"};
   app.set_version_flag("--version", fmt::format("kvvesk {}.{}.{}", kv::kVersionMajor,
                                                 kv::kVersionMinor, kv::kVersionRevision));
+  app.allow_windows_style_options(false);  // one command line everywhere; "/..." is a path
   app.require_subcommand(1);
   app.footer(
       "The register's answers go to standard output, everything else to standard error.\n"

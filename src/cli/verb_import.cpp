@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <iostream>
 
 #include "cli/import/importer.h"
@@ -7,6 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/clock.h"
+#include "common/path.h"
 
 namespace kv::cli {
 
@@ -57,6 +59,15 @@ int import(const Options& options, const std::string& folder, const std::string&
   return report.problems.empty() ? kDone : kRefused;
 }
 
+// The options' own check reads paths in the code of the machine where that is not UTF-8.
+std::string folderProblem(const std::string& folder) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(pathOf(folder), ignored);
+  if (!std::filesystem::exists(status)) return "Directory does not exist: " + folder;
+  if (!std::filesystem::is_directory(status)) return "Directory is actually a file: " + folder;
+  return {};
+}
+
 }  // namespace
 
 void addImport(CLI::App& app, Action& chosen) {
@@ -68,7 +79,7 @@ void addImport(CLI::App& app, Action& chosen) {
   const auto asOf = std::make_shared<std::string>();
   verb->add_option("folder", *folder, "The folder with users.csv, documents.csv and the others")
       ->required()
-      ->check(CLI::ExistingDirectory);
+      ->check(folderProblem, "DIR");
   addCommon(*verb, *options);
   verb->add_option("--as-of", *asOf,
                    "Date and time that new identifiers of manuals are made of; now when left out");
