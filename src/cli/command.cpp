@@ -1,12 +1,27 @@
 #include "cli/command.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <utility>
 
 #include "cli/options.h"
 #include "cli/terminal.h"
+#include "common/path.h"
 
 namespace kv::cli {
+
+namespace {
+
+// The options' own check reads paths in the code of the machine where that is not UTF-8.
+std::string folderProblem(const std::string& folder) {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(pathOf(folder), ignored);
+  if (!std::filesystem::exists(status)) return "Directory does not exist: " + folder;
+  if (!std::filesystem::is_directory(status)) return "Directory is actually a file: " + folder;
+  return {};
+}
+
+}  // namespace
 
 Argument* Argument::required(bool required) {
   option_->required(required);
@@ -42,7 +57,7 @@ Argument* Argument::repeated(std::size_t words) {
 }
 
 Argument* Argument::existingFolder() {
-  option_->check(CLI::ExistingDirectory);
+  option_->check(folderProblem, "DIR");
   return this;
 }
 
@@ -115,14 +130,15 @@ namespace {
 CommandLine::CommandLine(const std::string& name, const std::string& description,
                          const std::string& version)
     : app_(std::make_unique<CLI::App>(description, name)), command_(*app_) {
+  app_->allow_windows_style_options(false);  // one command line everywhere; "/..." is a path
   app_->set_version_flag("--version", name + " " + version);
 }
 
 CommandLine::~CommandLine() = default;
 
-bool CommandLine::parse(int argc, const char* const* argv, int& status) {
+bool CommandLine::parse(const std::vector<const char*>& words, int& status) {
   try {
-    app_->parse(argc, argv);
+    app_->parse(static_cast<int>(words.size()), words.data());
     return true;
   } catch (const CLI::ExtrasError&) {
     refuseExtras(*app_);

@@ -93,7 +93,7 @@ class CommandLine {
   [[nodiscard]] Command& command() noexcept { return command_; }
   // True when a verb was chosen and is to run. Otherwise help was asked for and is printed, or the
   // words make no sense and why is printed; `status` is then how the program ends.
-  [[nodiscard]] bool parse(int argc, const char* const* argv, int& status);
+  [[nodiscard]] bool parse(const std::vector<const char*>& words, int& status);
 
  private:
   std::unique_ptr<CLI::App> app_;

@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "cli/system.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/error.h"
@@ -11,7 +12,7 @@
 
 namespace {
 
-int run(int argc, char** argv) {
+int run(const std::vector<const char*>& words) {
   kv::cli::CommandLine line(
       "kvvesk",
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
@@ -48,15 +49,20 @@ int run(int argc, char** argv) {
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
   int status = kv::cli::kDone;
-  if (!line.parse(argc, argv, status)) return status;
+  if (!line.parse(words, status)) return status;
   return chosen();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const kv::cli::PlainStreams streams;
   try {
-    return run(argc, argv);
+    const auto texts = kv::cli::commandLine(argc, argv);
+    std::vector<const char*> words;
+    words.reserve(texts.size());
+    for (const auto& text : texts) words.push_back(text.c_str());
+    return run(words);
   } catch (const kv::cli::UsageError& e) {
     std::cerr << "kvvesk: " << e.what() << '\n';
     return kv::cli::kUsage;

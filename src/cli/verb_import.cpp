@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <iostream>
 
 #include "cli/import/importer.h"
@@ -7,6 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/clock.h"
+#include "common/path.h"
 
 namespace kv::cli {
 
