@@ -55,10 +55,10 @@ const char* HeldCopy::stateText() const noexcept {
   return "";
 }
 
-void addCopyKinds(CLI::App& verb, CopyFilter& filter) {
-  auto* hard = verb.add_flag_callback(
+void addCopyKinds(Command& verb, CopyFilter& filter) {
+  auto* hard = verb.addFlag(
       "--hard", [&filter] { filter.listed = false; }, "Only hard copies");
-  verb.add_flag_callback(
+  verb.addFlag(
           "--virtual", [&filter] { filter.hard = false; }, "Only what is on personal lists")
       ->excludes(hard);
 }
@@ -72,8 +72,7 @@ std::vector<HeldCopy> copiesHeld(const Session& session, const CopyFilter& filte
 }
 
 void sortCopies(const Session& session, AnswerSet& answer, const std::string& first) {
-  const char* document =
-      session->AppOption(aoDocSortByNum) ? "DocumentNumber" : "DocumentTitle";
+  const char* document = session->AppOption(aoDocSortByNum) ? "DocumentNumber" : "DocumentTitle";
   answer.rows().Sort((first.empty() ? "" : first + ", ") + "HardCopy, ManualName, CopyNumber, " +
                      document + ", ReleaseID");
 }

@@ -2,12 +2,12 @@
 // one in force.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "cli/answer_set.h"
+#include "cli/command.h"
 #include "cli/options.h"
 
 namespace kv::cli {
@@ -37,7 +37,7 @@ struct HeldCopy {
 };
 
 // --hard and --virtual.
-void addCopyKinds(CLI::App& verb, CopyFilter& filter);
+void addCopyKinds(Command& verb, CopyFilter& filter);
 
 // Those that the filter lets through, but for secured documents that are not there for the
 // logged-in user.

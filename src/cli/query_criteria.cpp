@@ -66,8 +66,9 @@ void setUserCriterion(StoredQuery& query, const QueryColumn& column, UserFieldTy
   const auto code = text ? codeIn(kOperators, op) : codeIn(kOrderOperators, op);
   const bool range = !text && code == kBetween;
   if (!code || (range && type == UserFieldType::Number))
-    throw UsageError("'" + op + "' does not go with the column '" + column.option + "', which is a " +
-                     (text ? "text: =, contains, >, <, <>"
+    throw UsageError("'" + op + "' does not go with the column '" + column.option +
+                     "', which is a " +
+                     (text                            ? "text: =, contains, >, <, <>"
                       : type == UserFieldType::Number ? "number: =, >, <"
                                                       : "date: =, >, <, between"));
   if (!range) {
@@ -83,16 +84,13 @@ void setUserCriterion(StoredQuery& query, const QueryColumn& column, UserFieldTy
 
 }  // namespace
 
-void addCriteria(CLI::App& verb, QueryCriteria& criteria) {
+void addCriteria(Command& verb, QueryCriteria& criteria) {
   addText(verb, "--kind", criteria.kind, "Which documents: controlled, uncontrolled or all")
-      ->type_name("KIND");
-  verb.add_option("--where", criteria.where,
-                  "A column, an operator and a value; may be given once for each column")
-      ->type_size(kTriple)
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->allow_extra_args(false)
-      ->type_name("COLUMN OP VALUE");
+      ->typeName("KIND");
+  verb.addOption("--where", criteria.where,
+                 "A column, an operator and a value; may be given once for each column")
+      ->repeated(kTriple)
+      ->typeName("COLUMN OP VALUE");
   addDate(verb, "--on", criteria.on, "Documents effective on this date");
   addDate(verb, "--after", criteria.after,
           "Documents effective after this date; with --before a range");
@@ -101,19 +99,18 @@ void addCriteria(CLI::App& verb, QueryCriteria& criteria) {
       "Columns of documents: title, number, field1, field2, field3, field4, level; of manuals: "
       "name, field1,\nfield2, field3, field4; of users: name, alias, title, user00 to user11.\n"
       "Operators: =, contains, >, <, <>; for users' fields that are numbers =, >, <, and for those "
-      "that are\ndates also between, as in user02 between 2024-01-01..2024-12-31, without these two "
+      "that are\ndates also between, as in user02 between 2024-01-01..2024-12-31, without these "
+      "two "
       "days.\n"
       "> and < must be in quotation marks for most shells. Case does not matter in values.\n"
       "All criteria of a query must hold.");
 }
 
-void addDropping(CLI::App& verb, QueryCriteria& criteria) {
-  verb.add_option("--drop", criteria.drop,
-                  "A column that loses its criterion, effective among them; may be repeated")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->allow_extra_args(false)
-      ->type_name("COLUMN");
+void addDropping(Command& verb, QueryCriteria& criteria) {
+  verb.addOption("--drop", criteria.drop,
+                 "A column that loses its criterion, effective among them; may be repeated")
+      ->repeated()
+      ->typeName("COLUMN");
 }
 
 void checkCriteria(const QueryCriteria& criteria, Queried of) {

@@ -1,12 +1,12 @@
 // The criteria of saved queries as options.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/command.h"
 #include "cli/query_columns.h"
 #include "cli/user_field_type.h"
 #include "queries/stored_query.h"
@@ -27,9 +27,9 @@ struct QueryCriteria {
 };
 
 // --kind, --where, --on, --after and --before.
-void addCriteria(CLI::App& verb, QueryCriteria& criteria);
+void addCriteria(Command& verb, QueryCriteria& criteria);
 // --drop, for a query that has criteria already.
-void addDropping(CLI::App& verb, QueryCriteria& criteria);
+void addDropping(Command& verb, QueryCriteria& criteria);
 
 // What a column holds; only those of users hold anything but text.
 using TypeOfColumn = std::function<UserFieldType(const QueryColumn&)>;

@@ -2,7 +2,6 @@
 
 #include <iostream>
 
-#include "cli/command_tree.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 
@@ -17,20 +16,20 @@ void append(std::string& list, const std::string& word) {
 
 // What the shell offers behind one command: an alternative of the script's case. Names of verbs and
 // options have nothing in them that the shell would read otherwise.
-void writeAlternative(std::ostream& out, const CLI::App& app) {
+void writeAlternative(std::ostream& out, const CommandOutline& command) {
   std::string parts, options, valued;
-  for (const auto* part : partsOf(app)) append(parts, part->get_name());
-  for (const auto* option : optionsOf(app))
-    for (const auto& name : namesOf(*option)) {
+  for (const auto& part : command.parts) append(parts, part.name);
+  for (const auto& option : command.options)
+    for (const auto& name : option.names) {
       append(options, name);
-      if (takesValue(*option)) append(valued, name);
+      if (!option.typeName.empty()) append(valued, name);
     }
-  out << fmt::format("      '{}') parts='{}' options='{}' valued='{}' ;;\n", pathOf(app), parts,
+  out << fmt::format("      '{}') parts='{}' options='{}' valued='{}' ;;\n", command.path, parts,
                      options, valued);
-  for (const auto* part : partsOf(app)) writeAlternative(out, *part);
+  for (const auto& part : command.parts) writeAlternative(out, part);
 }
 
-void writeForBash(std::ostream& out, const CLI::App& program) {
+void writeForBash(std::ostream& out, const CommandOutline& program) {
   out << R"(# Completes kvvesk in bash. Written by the program itself:
 #   source <(kvvesk completion bash)
 _kvvesk() {
@@ -58,17 +57,18 @@ complete -o default -F _kvvesk kvvesk
 
 }  // namespace
 
-void addCompletion(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("completion", "Print what completes kvvesk in a shell");
+void addCompletion(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("completion", "Print what completes kvvesk in a shell");
   const auto shell = std::make_shared<std::string>();
-  verb->add_option("shell", *shell, "The shell: bash")->required()->type_name("SHELL");
+  verb->addOption("shell", *shell, "The shell: bash")->required()->typeName("SHELL");
   verb->footer(
       "To have it in this shell: source <(kvvesk completion bash)\n"
       "Where kvvesk was installed with 'cmake --install', bash finds it by itself.");
   verb->callback([&app, &chosen, shell] {
-    if (*shell != "bash") throw UsageError("there is completion for bash, not for '" + *shell + "'");
+    if (*shell != "bash")
+      throw UsageError("there is completion for bash, not for '" + *shell + "'");
     chosen = [&app] {
-      writeForBash(std::cout, app);
+      writeForBash(std::cout, app.outline());
       return kDone;
     };
   });

@@ -34,15 +34,15 @@ int list(const Options& options, const std::optional<std::string>& user, CopyFil
 
 }  // namespace
 
-void addHoldings(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("holdings", "List the copies that somebody has");
+void addHoldings(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("holdings", "List the copies that somebody has");
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::optional<std::string>>();
   const auto filter = std::make_shared<CopyFilter>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "holder", *user, "The user, by ID or name; whoever logs in when left out")
-      ->type_name("USER");
+      ->typeName("USER");
   addCopyKinds(*verb, *filter);
   verb->footer(
       "Hard copies that belong to a copy of a manual have its number. RevisionLevel is that of the "

@@ -40,8 +40,7 @@ bool isKeyword(const Session& session, const Entry& entry) {
 std::string fieldNamed(const Session& session, const std::string& name) {
   for (const char* table : {"Documents", "Revisions", "Manuals", "Users"}) {
     const auto keeper = session.database()->keeperOf(table);
-    const auto& columns =
-        (keeper ? *keeper : *session.database()).catalog()->find(table)->columns;
+    const auto& columns = (keeper ? *keeper : *session.database()).catalog()->find(table)->columns;
     for (const auto& column : columns)
       if (equalNoCase(column.name, name)) return column.name;
   }
@@ -95,29 +94,29 @@ int remove(const Options& options, const Entry& entry) {
   return kDone;
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "List the keywords of one field, or of all");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "List the keywords of one field, or of all");
   const auto options = std::make_shared<Options>();
   const auto field = std::make_shared<std::optional<std::string>>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  addText(*sub, "field", *field, "The field; all of them when left out")->type_name("FIELD");
+  addText(*sub, "field", *field, "The field; all of them when left out")->typeName("FIELD");
   sub->callback(
       [&chosen, options, field] { chosen = [options, field] { return show(*options, *field); }; });
 }
 
 template <class Change>
-void addChange(CLI::App& verb, Action& chosen, const char* name, const char* help, Change run) {
-  auto* sub = verb.add_subcommand(name, help);
+void addChange(Command& verb, Action& chosen, const char* name, const char* help, Change run) {
+  auto* sub = verb.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto entry = std::make_shared<Entry>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("field", entry->field,
-                  "The field, such as DocUser2, as the record's own column is called")
+  sub->addOption("field", entry->field,
+                 "The field, such as DocUser2, as the record's own column is called")
       ->required()
-      ->type_name("FIELD");
-  sub->add_option("keyword", entry->keyword, "The keyword; case does not matter")->required();
+      ->typeName("FIELD");
+  sub->addOption("keyword", entry->keyword, "The keyword; case does not matter")->required();
   sub->callback([&chosen, options, entry, run] {
     chosen = [options, entry, run] { return run(*options, *entry); };
   });
@@ -125,10 +124,10 @@ void addChange(CLI::App& verb, Action& chosen, const char* name, const char* hel
 
 }  // namespace
 
-void addKeywords(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("keywords",
-                                  "List, add or delete the values that validated fields may have");
-  verb->require_subcommand(1);
+void addKeywords(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("keywords",
+                                 "List, add or delete the values that validated fields may have");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addChange(*verb, chosen, "add", "Add a keyword to a field", add);
   addChange(*verb, chosen, "delete", "Delete a keyword; records that have it keep it", remove);

@@ -97,18 +97,17 @@ int set(const Options& options, const Labelling& given) {
   else
     storeTableValue(session.database(), table.table, field, given.label);
   transaction.commit();
-  writeDone(std::cout,
-            given.label.empty()
-                ? "took the label off the field " + field + " of " + std::string(table.of)
-                : "the field " + field + " of " + std::string(table.of) + " is now called " +
-                      given.label,
-            {{"Of", std::string(table.of)}, {"Field", field}, {"Label", given.label}},
-            options.format);
+  writeDone(
+      std::cout,
+      given.label.empty()
+          ? "took the label off the field " + field + " of " + std::string(table.of)
+          : "the field " + field + " of " + std::string(table.of) + " is now called " + given.label,
+      {{"Of", std::string(table.of)}, {"Field", field}, {"Label", given.label}}, options.format);
   return kDone;
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "List the fields and their labels");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "List the fields and their labels");
   const auto options = std::make_shared<Options>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
@@ -116,28 +115,28 @@ void addShow(CLI::App& verb, Action& chosen) {
   sub->callback([&chosen, options] { chosen = [options] { return show(*options); }; });
 }
 
-void addSet(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("set", "Give a field another label");
+void addSet(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("set", "Give a field another label");
   const auto options = std::make_shared<Options>();
   const auto given = std::make_shared<Labelling>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("of", given->of, "Whose field: of documents, revisions, manuals or users")
+  sub->addOption("of", given->of, "Whose field: of documents, revisions, manuals or users")
       ->required()
-      ->type_name("KIND");
-  sub->add_option("field", given->field, "The field, as 'kvvesk labels show' lists it")
+      ->typeName("KIND");
+  sub->addOption("field", given->field, "The field, as 'kvvesk labels show' lists it")
       ->required()
-      ->type_name("FIELD");
-  sub->add_option("label", given->label, "The label; an empty text for none")->required();
+      ->typeName("FIELD");
+  sub->addOption("label", given->label, "The label; an empty text for none")->required();
   sub->callback(
       [&chosen, options, given] { chosen = [options, given] { return set(*options, *given); }; });
 }
 
 }  // namespace
 
-void addLabels(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("labels", "Show or change what the register calls its fields");
-  verb->require_subcommand(1);
+void addLabels(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("labels", "Show or change what the register calls its fields");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addSet(*verb, chosen);
 }

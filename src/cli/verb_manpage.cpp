@@ -4,7 +4,6 @@
 #include <map>
 #include <sstream>
 
-#include "cli/command_tree.h"
 #include "cli/verbs.h"
 #include "session/version.h"
 
@@ -33,17 +32,17 @@ std::string italic(const std::string& text) { return "\\fI" + plain(text) + "\\f
 
 // An option or word as it is typed: what stands for itself is bold, what stands for something else
 // italic.
-std::string typed(const CLI::Option& option) {
-  if (!option.nonpositional()) return italic(option.get_name());
+std::string typed(const ArgumentOutline& option) {
+  if (option.names.empty()) return italic(option.place);
   std::string out;
-  for (const auto& name : namesOf(option)) out += (out.empty() ? "" : ", ") + bold(name);
-  if (takesValue(option)) out += " " + italic(option.get_type_name());
+  for (const auto& name : option.names) out += (out.empty() ? "" : ", ") + bold(name);
+  if (!option.typeName.empty()) out += " " + italic(option.typeName);
   return out;
 }
 
-void writeItem(std::ostream& out, const CLI::Option& option) {
-  out << ".TP\n" << typed(option) << '\n' << plain(option.get_description());
-  if (!option.get_default_str().empty()) out << " (" << plain(option.get_default_str()) << ')';
+void writeItem(std::ostream& out, const ArgumentOutline& option) {
+  out << ".TP\n" << typed(option) << '\n' << plain(option.description);
+  if (!option.shownDefault.empty()) out << " (" << plain(option.shownDefault) << ')';
   out << '\n';
 }
 
@@ -62,69 +61,66 @@ void writeLines(std::ostream& out, const std::string& text) {
 // the page describes them once.
 class CommonOptions {
  public:
-  explicit CommonOptions(const std::vector<const CLI::App*>& commands)
+  explicit CommonOptions(const std::vector<CommandOutline>& commands)
       : enough_(commands.size() / 2) {
-    for (const auto* command : commands)
-      for (const auto* option : command->get_options()) {
-        auto& [count, first] = seen_[key(*option)];
-        if (count++ == 0) {
-          first = option;
-          order_.push_back(option);
-        }
-      }
+    for (const auto& command : commands)
+      for (const auto* kind : {&command.options, &command.positionals})
+        for (const auto& option : *kind)
+          if (++seen_[key(option)] == 1) order_.push_back(option);
   }
 
-  [[nodiscard]] bool contain(const CLI::Option& option) const {
+  [[nodiscard]] bool contain(const ArgumentOutline& option) const {
     const auto found = seen_.find(key(option));
-    return found != seen_.end() && found->second.first > enough_;
+    return found != seen_.end() && found->second > enough_;
   }
   void write(std::ostream& out) const {
-    for (const auto* option : order_)
-      if (contain(*option)) writeItem(out, *option);
+    for (const auto& option : order_)
+      if (contain(option)) writeItem(out, option);
   }
 
  private:
-  static std::string key(const CLI::Option& option) {
-    return option.get_name(true, true) + '\n' + option.get_description();
+  static std::string key(const ArgumentOutline& option) {
+    return (option.names.empty() ? option.place : option.names.back()) + '\n' + option.description;
   }
 
   std::size_t enough_;
-  std::map<std::string, std::pair<std::size_t, const CLI::Option*>> seen_;
-  std::vector<const CLI::Option*> order_;
+  std::map<std::string, std::size_t> seen_;
+  std::vector<ArgumentOutline> order_;
 };
 
-void writeCommand(std::ostream& out, const CLI::App& command, const CommonOptions& common) {
-  out << ".SS " << '"' << "kvvesk " << plain(pathOf(command)) << '"' << "\n.B kvvesk "
-      << plain(pathOf(command)) << "\n[\\fIoptions\\fR]";
-  for (const auto* word : positionalsOf(command)) {
-    const std::string name = typed(*word);
-    out << ' ' << (word->get_required() ? name : "[" + name + "]");
-  }
-  out << "\n.PP\n" << plain(command.get_description()) << ".\n";
-  for (const auto* word : positionalsOf(command))
-    if (!common.contain(*word)) writeItem(out, *word);
-  for (const auto* option : optionsOf(command))
-    if (!common.contain(*option)) writeItem(out, *option);
-  // Verbs without a footer of their own have the program's.
-  const std::string footer = command.get_footer();
-  if (command.get_parent() != nullptr && footer != command.get_parent()->get_footer())
-    writeLines(out, footer);
+// What can be run: verbs that have no parts, and the parts of the others.
+void addCommands(const CommandOutline& verb, std::vector<CommandOutline>& commands) {
+  if (verb.parts.empty()) commands.push_back(verb);
+  for (const auto& part : verb.parts) addCommands(part, commands);
 }
 
-void writePage(std::ostream& out, const CLI::App& program) {
-  const auto commands = commandsOf(program);
+void writeCommand(std::ostream& out, const CommandOutline& command, const CommonOptions& common) {
+  const std::string name = "kvvesk " + plain(command.path);
+  out << ".SS \"" << name << "\"\n.B " << name << "\n[\\fIoptions\\fR]";
+  for (const auto& word : command.positionals)
+    out << ' ' << (word.required ? typed(word) : "[" + typed(word) + "]");
+  out << "\n.PP\n" << plain(command.description) << ".\n";
+  for (const auto* kind : {&command.positionals, &command.options})
+    for (const auto& argument : *kind)
+      if (!common.contain(argument)) writeItem(out, argument);
+  if (!command.footer.empty()) writeLines(out, command.footer);
+}
+
+void writePage(std::ostream& out, const CommandOutline& program) {
+  std::vector<CommandOutline> commands;
+  addCommands(program, commands);
   const CommonOptions common(commands);
   out << fmt::format(".TH KVVESK 1 \"\" \"kvvesk {}.{}.{}\" \"User Commands\"\n", kVersionMajor,
                      kVersionMinor, kVersionRevision)
       << ".SH NAME\nkvvesk \\- keep a register of controlled documents\n"
       << ".SH SYNOPSIS\n.B kvvesk\n\\fIcommand\\fR [\\fIoptions\\fR] \\fIregister\\fR ...\n"
       << ".SH DESCRIPTION\n"
-      << plain(program.get_description()) << '\n';
-  writeLines(out, program.get_footer());
+      << plain(program.description) << '\n';
+  writeLines(out, program.footer);
   out << ".SH COMMON OPTIONS\nThese are the same for nearly every command.\n";
   common.write(out);
   out << ".SH COMMANDS\n";
-  for (const auto* command : commands) writeCommand(out, *command, common);
+  for (const auto& command : commands) writeCommand(out, command, common);
   out << ".SH ENVIRONMENT\n"
       << ".TP\n.B KVVESK_PASSWORD\nThe password of who logs in. It is asked for at the terminal "
          "when this is not set.\n"
@@ -134,12 +130,12 @@ void writePage(std::ostream& out, const CLI::App& program) {
 
 }  // namespace
 
-void addManpage(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("manpage", "Print the manual page");
-  verb->group("");  // for who builds and installs the program
+void addManpage(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("manpage", "Print the manual page");
+  verb->hide();  // for who builds and installs the program
   verb->callback([&app, &chosen] {
     chosen = [&app] {
-      writePage(std::cout, app);
+      writePage(std::cout, app.outline());
       return kDone;
     };
   });

@@ -148,8 +148,8 @@ int remove(const Options& options, const QueryKind& kind, const std::string& whi
   return kDone;
 }
 
-void addOf(CLI::App& verb, QueryKind& kind) {
-  verb.add_option_function<std::string>(
+void addOf(Command& verb, QueryKind& kind) {
+  verb.addOption(
           "--of",
           [&kind](const std::string& of) {
             if (equalNoCase(of, "documents"))
@@ -159,19 +159,18 @@ void addOf(CLI::App& verb, QueryKind& kind) {
             else if (equalNoCase(of, "users"))
               kind = kUserQueries;
             else
-              throw CLI::ValidationError("--of",
-                                         "takes documents, manuals or users, not '" + of + "'");
+              throw WrongWord("takes documents, manuals or users, not '" + of + "'");
           },
           "Queries of documents, manuals or users; documents when left out")
-      ->type_name("KIND");
+      ->typeName("KIND");
 }
 
-void addKey(CLI::App& verb, std::string& query) {
-  verb.add_option("query", query, "The query, by number or name")->required();
+void addKey(Command& verb, std::string& query) {
+  verb.addOption("query", query, "The query, by number or name")->required();
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all saved queries, or one, with their conditions");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all saved queries, or one, with their conditions");
   const auto options = std::make_shared<Options>();
   const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::optional<std::string>>();
@@ -184,8 +183,8 @@ void addShow(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Save a new query");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Save a new query");
   const auto options = std::make_shared<Options>();
   const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto name = std::make_shared<std::string>();
@@ -193,15 +192,15 @@ void addAdd(CLI::App& verb, Action& chosen) {
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
   addOf(*sub, *kind);
-  sub->add_option("name", *name, "The name it is listed by")->required();
+  sub->addOption("name", *name, "The name it is listed by")->required();
   addCriteria(*sub, *criteria);
   sub->callback([&chosen, options, kind, name, criteria] {
     chosen = [options, kind, name, criteria] { return add(*options, *kind, *name, *criteria); };
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change the name or criteria of a saved query");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change the name or criteria of a saved query");
   const auto options = std::make_shared<Options>();
   const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::string>();
@@ -221,8 +220,8 @@ void addEdit(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("delete", "Delete a saved query");
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("delete", "Delete a saved query");
   const auto options = std::make_shared<Options>();
   const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::string>();
@@ -237,12 +236,12 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addQueries(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addQueries(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "queries",
       "Show, add, change or delete the saved queries that documents, manuals and users are listed "
       "by");
-  verb->require_subcommand(1);
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

@@ -68,15 +68,14 @@ int list(const Options& options, const Listing& listing, bool staleOnly) {
   return kDone;
 }
 
-CLI::App* addList(CLI::App& app, Action& chosen, const char* name, const char* help,
-                  bool staleOnly) {
-  auto* verb = app.add_subcommand(name, help);
+Command* addList(Command& app, Action& chosen, const char* name, const char* help, bool staleOnly) {
+  auto* verb = app.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto listing = std::make_shared<Listing>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "--of", listing->user, "Only copies that this user has, by ID or name")
-      ->type_name("USER");
+      ->typeName("USER");
   addText(*verb, "--manual", listing->manual,
           "Only copies that came with this manual, by identifier or name");
   addText(*verb, "--document", listing->document,
@@ -94,7 +93,7 @@ CLI::App* addList(CLI::App& app, Action& chosen, const char* name, const char* h
 
 }  // namespace
 
-void addReleases(CLI::App& app, Action& chosen) {
+void addReleases(Command& app, Action& chosen) {
   addList(app, chosen, "releases", "List who has which copies", false)
       ->footer(
           "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
@@ -102,7 +101,7 @@ void addReleases(CLI::App& app, Action& chosen) {
           "Secured documents are listed for administrators and their owners only.");
 }
 
-void addStale(CLI::App& app, Action& chosen) {
+void addStale(Command& app, Action& chosen) {
   addList(app, chosen, "stale", "List the copies that are not of the revision in force", true)
       ->footer(
           "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force, "

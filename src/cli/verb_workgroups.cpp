@@ -33,8 +33,8 @@ AnswerSet all(const Session& session) {
   AnswerSet answer({{"GroupID", kTypeInteger}, {"GroupTitle", kTypeVarWChar}});
   for (const auto fixed : {kSuperUsers, kViewOnlyUsers})
     answer.add({fixed, workgroupTitle(session, fixed)});
-  const auto groups = openOwn(
-      session.database(), "Select GroupID, GroupTitle From Groups Order By GroupID", kReadOnly);
+  const auto groups = openOwn(session.database(),
+                              "Select GroupID, GroupTitle From Groups Order By GroupID", kReadOnly);
   for (; !groups->Eof(); groups->MoveNext())
     answer.add({groups->Fields(0)->Value(), groups->Fields(1)->Value()});
   return answer;
@@ -51,14 +51,14 @@ int list(const Options& options, const std::optional<std::string>& members) {
 
 }  // namespace
 
-void addWorkgroups(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("workgroups", "List the workgroups, or who is in one of them");
+void addWorkgroups(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("workgroups", "List the workgroups, or who is in one of them");
   const auto options = std::make_shared<Options>();
   const auto members = std::make_shared<std::optional<std::string>>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "--members", *members, "List the members of this workgroup, by number or title")
-      ->type_name("GROUP");
+      ->typeName("GROUP");
   verb->footer(
       "Who is in -1, Super Users, is an administrator; 0, View Only Users, is where new users "
       "are.\nEvery register has these two. 'kvvesk user edit --workgroup' puts a user into one.");

@@ -148,8 +148,8 @@ TEST_F(ManualPage, DescribesEveryCommandWithItsOptions) {
   ASSERT_EQ(page.code, 0);
   EXPECT_EQ(page.err, "");
   EXPECT_TRUE(page.out.starts_with(".TH KVVESK 1 ")) << page.out.substr(0, 100);
-  for (const char* section : {"NAME", "SYNOPSIS", "DESCRIPTION", "COMMON OPTIONS", "COMMANDS",
-                              "ENVIRONMENT"})
+  for (const char* section :
+       {"NAME", "SYNOPSIS", "DESCRIPTION", "COMMON OPTIONS", "COMMANDS", "ENVIRONMENT"})
     EXPECT_THAT(page.out, HasSubstr("\n.SH " + std::string(section) + "\n"));
   const auto dashed = [](std::string name) {
     for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2)

@@ -95,8 +95,9 @@ TEST_F(HeldCopies, OnesOwnHoldingsTakeNoRightThoseOfOthersDo) {
 }
 
 TEST_F(HeldCopies, DocumentsAreInTheOrderThatTheRegisterChooses) {
-  reg_.execute("Update Documents Set DocumentTitle = 'Zebra', DocumentNumber = 'A' Where "
-               "DocumentID = 'D1'");
+  reg_.execute(
+      "Update Documents Set DocumentTitle = 'Zebra', DocumentNumber = 'A' Where "
+      "DocumentID = 'D1'");
   reg_.execute("Update Personals Set DocumentID = 'D3' Where ReleaseID = 902");
   reg_.execute("Update Personals Set ManualID = '0', CopyNumber = Null");
   EXPECT_THAT(listed("holdings", {"Bert", "--hard"}), ElementsAre(902, 901));
@@ -113,15 +114,14 @@ TEST_F(HeldCopies, ReleasesAreListedByHolderAndFiltered) {
   EXPECT_THAT(listed("releases", {"--document", "P-1"}), ElementsAre(901, 902, 903, 906));
   EXPECT_THAT(listed("releases", {"--document-query", "Plans", "--of", "User903"}),
               ElementsAre(906));
-  EXPECT_EQ(
-      reg_.done("releases", {"--manual", "M'1", "--hard"}),
-      "ReleaseID  UserID   UserName  HardCopy  ManualName  CopyNumber  DocumentID  "
-      "DocumentNumber  DocumentTitle  RevisionLevel  CurrentRevisionLevel  State\n"
-      "---------  -------  --------  --------  ----------  ----------  ----------  "
-      "--------------  -------------  -------------  --------------------  -------\n"
-      "      902  User902  Bert      true      Dan's       0001        D1          "
-      "P-1             Plan's end     A              A                     current\n"
-      "(1 row)\n");
+  EXPECT_EQ(reg_.done("releases", {"--manual", "M'1", "--hard"}),
+            "ReleaseID  UserID   UserName  HardCopy  ManualName  CopyNumber  DocumentID  "
+            "DocumentNumber  DocumentTitle  RevisionLevel  CurrentRevisionLevel  State\n"
+            "---------  -------  --------  --------  ----------  ----------  ----------  "
+            "--------------  -------------  -------------  --------------------  -------\n"
+            "      902  User902  Bert      true      Dan's       0001        D1          "
+            "P-1             Plan's end     A              A                     current\n"
+            "(1 row)\n");
 }
 
 TEST_F(HeldCopies, ManualsAreFilteredByASavedQuery) {
@@ -129,25 +129,24 @@ TEST_F(HeldCopies, ManualsAreFilteredByASavedQuery) {
   (void)reg_.done("queries add", {"Others", "--of", "manuals", "--where", "name", "<>", "dan's"});
   EXPECT_THAT(listed("releases", {"--manual-query", "Dan's"}), ElementsAre(902, 906));
   EXPECT_THAT(listed("releases", {"--manual-query", "Others"}), IsEmpty());
-  EXPECT_THAT(listed("releases", {"--manual-query", "Dan's", "--document-query", "Plans",
-                                  "--virtual"}),
-              ElementsAre(906));
+  EXPECT_THAT(
+      listed("releases", {"--manual-query", "Dan's", "--document-query", "Plans", "--virtual"}),
+      ElementsAre(906));
   EXPECT_EQ(refused("Anna", "releases", {"--manual-query", "Plans"}),
             "error 5 (kvvesk): There is no manual query 'Plans'.\n");
 }
 
 TEST_F(HeldCopies, StaleAreCopiesOfAnotherRevisionThanTheOneInForce) {
-  EXPECT_EQ(
-      reg_.done("stale"),
-      "ReleaseID  UserID   UserName  HardCopy  ManualName  CopyNumber  DocumentID  "
-      "DocumentNumber  DocumentTitle  RevisionLevel  CurrentRevisionLevel  State\n"
-      "---------  -------  --------  --------  ----------  ----------  ----------  "
-      "--------------  -------------  -------------  --------------------  -----\n"
-      "      901  User902  Bert      true                              D1          "
-      "P-1             Plan's end     0              A                     stale\n"
-      "      906  User903  Carla     false     Dan's                   D1          "
-      "P-1             Plan's end     0              A                     stale\n"
-      "(2 rows)\n");
+  EXPECT_EQ(reg_.done("stale"),
+            "ReleaseID  UserID   UserName  HardCopy  ManualName  CopyNumber  DocumentID  "
+            "DocumentNumber  DocumentTitle  RevisionLevel  CurrentRevisionLevel  State\n"
+            "---------  -------  --------  --------  ----------  ----------  ----------  "
+            "--------------  -------------  -------------  --------------------  -----\n"
+            "      901  User902  Bert      true                              D1          "
+            "P-1             Plan's end     0              A                     stale\n"
+            "      906  User903  Carla     false     Dan's                   D1          "
+            "P-1             Plan's end     0              A                     stale\n"
+            "(2 rows)\n");
   EXPECT_THAT(listed("stale", {"--of", "Carla"}), ElementsAre(906));
   EXPECT_THAT(listed("stale", {"--hard"}), ElementsAre(901));
   EXPECT_THAT(listed("stale", {"--manual", "Dan's"}), ElementsAre(906));

@@ -182,14 +182,15 @@ TEST_F(QueryVerbs, ManualsHaveQueriesOfTheirOwn) {
             "error 5 (kvvesk): There is no manual query 'Plans'.\n");
   EXPECT_EQ(reg_.done("queries delete", {"Others", "--of", "manuals"}), "deleted the query 1\n");
   EXPECT_EQ(reg_.rows("Select QueryID From ManualQuerys"), Rows{});
-  EXPECT_EQ(reg_.value("Select Count(*) From DocumentQuerys"), "2") << "the others are as they were";
+  EXPECT_EQ(reg_.value("Select Count(*) From DocumentQuerys"), "2")
+      << "the others are as they were";
 }
 
 TEST_F(QueryVerbs, EveryColumnOfManualsCanBeSearchedBy) {
-  (void)reg_.done("queries add", {"All", "--of", "manuals", "--where", "ManualName", "=", "a",
-                                  "--where", "field1", "contains", "b", "--where", "field2", ">",
-                                  "c", "--where", "field3", "<", "d", "--where", "ManUser4", "<>",
-                                  "e"});
+  (void)reg_.done("queries add",
+                  {"All",    "--of",     "manuals", "--where", "ManualName", "=",  "a", "--where",
+                   "field1", "contains", "b",       "--where", "field2",     ">",  "c", "--where",
+                   "field3", "<",        "d",       "--where", "ManUser4",   "<>", "e"});
   EXPECT_THAT(reg_.done("queries show", {"All", "--of", "manuals"}),
               HasSubstr("Where ManualName = 'a' and ManUser1 Like '%b%' and ManUser2 > 'c' and "
                         "ManUser3 < 'd' and ManUser4 <> 'e'\n"));
@@ -205,8 +206,7 @@ TEST_F(QueryVerbs, UsersAreSearchedByWhatTheirFieldsHold) {
     return json::parse(reg_.done("queries show", {"Some", "--of", "users", "--json"}))["rows"][0][2]
         .get<std::string>();
   };
-  EXPECT_EQ(conditionWith({"--where", "name", "contains", "O'h"}),
-            " Where UserName Like '%O''h%'");
+  EXPECT_EQ(conditionWith({"--where", "name", "contains", "O'h"}), " Where UserName Like '%O''h%'");
   EXPECT_EQ(reg_.done("users", {"--query", "Some", "--fields", "UserID", "--csv"}),
             "\"UserID\"\r\n\"User902\"\r\n");
   EXPECT_EQ(conditionWith({"--drop", "name", "--where", "title", "<>", "x", "--where", "Alias", ">",
