@@ -146,7 +146,7 @@ void registerPair(const Pair& pair, const std::vector<int>& documents) {
     auto* one = benchmark::RegisterBenchmark((pair.name + "/" + who).c_str(), measure);
     if (size > 0) one->Arg(size);
     constexpr int kFewer = 3;
-    if (size >= kLarge) one->Repetitions(kFewer);
+    if (size >= kLarge && !pair.brief) one->Repetitions(kFewer);
     if (pair.times > 0) one->Iterations(pair.times);
   };
   for (const int size : documents.empty() ? std::vector<int>{0} : documents) {

@@ -20,6 +20,8 @@ struct Pair {
   // How often a repetition does it; 0 for as often as it takes to measure. For what takes long to
   // undo, which the benchmark library does not see.
   int times = 0;
+  // Short at any size, and repeated as often among a million documents.
+  bool brief = false;
 };
 
 // For every number of documents, or once when there are none; the largest less often.

@@ -74,7 +74,7 @@ Pair ofManual() {
 void registerDistribution(bool large) {
   constexpr auto kFirst = Measured::First;
   constexpr auto kSecond = Measured::Second;
-  const Pair pairs[] = {
+  Pair pairs[] = {
       inManual<kFirst, 0>(),
       inManual<kFirst, 1>(),
       inManual<kFirst, 2>(),
@@ -99,8 +99,10 @@ void registerDistribution(bool large) {
       listed<Holdings::VirtualCopies, false>("VirtualCopies"),
       listed<Holdings::VirtualCopies, true>("VirtualCopies"),
   };
-  for (const auto& pair : pairs)
+  for (auto& pair : pairs) {
+    pair.brief = true;
     registerPair(pair, large ? std::vector<int>{kSmall, kLarge} : std::vector<int>{kSmall});
+  }
 }
 
 }  // namespace kv::bench
