@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "cli/system.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/error.h"
@@ -21,7 +22,7 @@ namespace {
                                             : "this does not take" + options + "; see --help");
 }
 
-int run(int argc, char** argv) {
+int run(const std::vector<const char*>& words) {
   CLI::App app{
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
       "what.",
@@ -58,7 +59,7 @@ int run(int argc, char** argv) {
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
   try {
-    app.parse(argc, argv);
+    app.parse(static_cast<int>(words.size()), words.data());
   } catch (const CLI::ExtrasError&) {
     refuseExtras(app);
   } catch (const CLI::ParseError& e) {
@@ -70,8 +71,13 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const kv::cli::PlainStreams streams;
   try {
-    return run(argc, argv);
+    const auto texts = kv::cli::commandLine(argc, argv);
+    std::vector<const char*> words;
+    words.reserve(texts.size());
+    for (const auto& text : texts) words.push_back(text.c_str());
+    return run(words);
   } catch (const kv::cli::UsageError& e) {
     std::cerr << "kvvesk: " << e.what() << '\n';
     return kv::cli::kUsage;
