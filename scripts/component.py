@@ -54,6 +54,18 @@ def interfaces():
     return found
 
 
+def creatable():
+    """The classes that clients create: by the description, by the manifest, with their GUIDs, and by the DLL."""
+    described = {name: guid for guid, attributes, name in
+                 re.findall(r"\[uuid\(([\w-]+)\)([^\]]*)\] coclass (\w+)", (IDL / "kvvesk.idl").read_text())
+                 if "noncreatable" not in attributes}
+    manifest = {name: guid for guid, name in
+                re.findall(r'clsid="\{([\w-]+)\}" progid="KvVesk\.(\w+)\.1"',
+                           (IDL / "kvvesk.dll.manifest").read_text())}
+    made = set(re.findall(r'creatable<\w+>\(L"(\w+)"', (IDL / "creatable.cpp").read_text()))
+    return described, manifest, made
+
+
 def idl_types(declared):
     """The types that may stand for one of C++."""
     plain = re.sub(r"^\[\[nodiscard\]\] ?", "", declared).replace("const ", "").rstrip("& ").strip()
