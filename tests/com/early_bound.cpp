@@ -1,5 +1,5 @@
-// A client in C++, bound early: it calls through the tables of virtual functions as the header has them, and compares
-// these tables with what the type library says of every member.
+// A client in C++, bound early: it calls through the tables of virtual functions as the header has
+// them, and compares these tables with what the type library says of every member.
 //   early_bound.exe REGISTER DLL
 
 #include "checks.h"
@@ -45,7 +45,8 @@ class Probe {
 };
 
 template <class Interface, class... Parameters, std::size_t... At>
-HRESULT callWithNothing(Interface* object, HRESULT (STDMETHODCALLTYPE Interface::*member)(Parameters...),
+HRESULT callWithNothing(Interface* object,
+                        HRESULT (STDMETHODCALLTYPE Interface::*member)(Parameters...),
                         std::index_sequence<At...>) {
   return (object->*member)(Parameters{}...);
 }
@@ -60,8 +61,8 @@ class Library {
   template <class Interface, class... Parameters>
   void compare(const wchar_t* name, INVOKEKIND kind,
                HRESULT (STDMETHODCALLTYPE Interface::*member)(Parameters...)) {
-    const HRESULT place = callWithNothing(probe_.as<Interface>(), member,
-                                          std::index_sequence_for<Parameters...>());
+    const HRESULT place =
+        callWithNothing(probe_.as<Interface>(), member, std::index_sequence_for<Parameters...>());
     const auto described = find(__uuidof(Interface), name, kind);
     const bool same = described.offset == place * static_cast<int>(sizeof(void*)) &&
                       described.parameters == static_cast<int>(sizeof...(Parameters));
@@ -89,8 +90,7 @@ class Library {
       Text found;
       UINT names = 0;
       table->GetNames(function->memid, &found, 1, &names);
-      if (found.is(name) && function->invkind == kind)
-        out = {function->oVft, function->cParams};
+      if (found.is(name) && function->invkind == kind) out = {function->oVft, function->cParams};
       table->ReleaseFuncDesc(function);
     }
     return out;
@@ -102,8 +102,10 @@ class Library {
 
 void compareAll(Library& library) {
 #define MEMBER(interface, name) library.compare(L## #name, INVOKE_FUNC, &interface::name)
-#define GETTER(interface, name) library.compare(L## #name, INVOKE_PROPERTYGET, &interface::get_##name)
-#define PUTTER(interface, name) library.compare(L## #name, INVOKE_PROPERTYPUT, &interface::put_##name)
+#define GETTER(interface, name) \
+  library.compare(L## #name, INVOKE_PROPERTYGET, &interface::get_##name)
+#define PUTTER(interface, name) \
+  library.compare(L## #name, INVOKE_PROPERTYPUT, &interface::put_##name)
 #define SETTER(interface, name) \
   library.compare(L## #name, INVOKE_PROPERTYPUTREF, &interface::putref_##name)
 #include "early_bound_members.inc"
@@ -122,9 +124,9 @@ void work(const wchar_t* path) {
   Text connection((std::wstring(L"Data Source=") + path).c_str());
   Object<_kvProfile> profile;
   VARIANT_BOOL opened = VARIANT_TRUE;
-  checks::that(vesk->OpenConnection(&connection, &profile, &opened) == S_OK &&
-                   opened == VARIANT_FALSE,
-               "OpenConnection");
+  checks::that(
+      vesk->OpenConnection(&connection, &profile, &opened) == S_OK && opened == VARIANT_FALSE,
+      "OpenConnection");
   Text user(L"Keeper");
   Text wrong(L"wrong");
   Text password(L"sample");
@@ -141,9 +143,9 @@ void work(const wchar_t* path) {
                    error->GetDescription(&description) == S_OK && source.is(L"Login") &&
                    description.is(L"UserName or Password is incorrect"),
                "its source and description");
-  checks::that(vesk->Login(&user, &password, &none, &profile, &result) == S_OK &&
-                   result.vt == VT_EMPTY,
-               "Login");
+  checks::that(
+      vesk->Login(&user, &password, &none, &profile, &result) == S_OK && result.vt == VT_EMPTY,
+      "Login");
 
   Object<_clsVeskDocument> document;
   checks::that(vesk->get_Document(&document) == S_OK, "Document");
@@ -181,12 +183,12 @@ void work(const wchar_t* path) {
   Object<_clsQuery> face;
   LONG place = 0;
   LONG samePlace = 0;
-  checks::that(document->AddQuery(&query) == S_OK &&
-                   query->QueryInterface(__uuidof(_clsQuery), reinterpret_cast<void**>(&face)) ==
-                       S_OK &&
-                   query->clsquery_ID(&place) == S_OK && face->id(&samePlace) == S_OK &&
-                   place == samePlace && place > 0,
-               "a query by both its interfaces");
+  checks::that(
+      document->AddQuery(&query) == S_OK &&
+          query->QueryInterface(__uuidof(_clsQuery), reinterpret_cast<void**>(&face)) == S_OK &&
+          query->clsquery_ID(&place) == S_OK && face->id(&samePlace) == S_OK &&
+          place == samePlace && place > 0,
+      "a query by both its interfaces");
   checks::that(vesk->CloseSession() == S_OK, "CloseSession");
 }
 

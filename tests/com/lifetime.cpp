@@ -1,5 +1,5 @@
-// That the component goes when nobody needs it any more: objects and locks are counted, and one object of the library is
-// one object of the platform.
+// That the component goes when nobody needs it any more: objects and locks are counted, and one
+// object of the library is one object of the platform.
 //   lifetime.exe REGISTER DLL
 
 #include "checks.h"
@@ -19,9 +19,9 @@ Function entry(HMODULE dll, const char* name) {
 
 void session(const wchar_t* path, CanUnloadNow canUnload, IClassFactory& factory) {
   Object<_clsVesk> vesk;
-  checks::that(factory.CreateInstance(nullptr, __uuidof(_clsVesk),
-                                      reinterpret_cast<void**>(&vesk)) == S_OK,
-               "an object is made");
+  checks::that(
+      factory.CreateInstance(nullptr, __uuidof(_clsVesk), reinterpret_cast<void**>(&vesk)) == S_OK,
+      "an object is made");
   checks::that(canUnload() == S_FALSE, "an object keeps the component");
   Text connection((std::wstring(L"Data Source=") + path).c_str());
   Object<_kvProfile> none;
@@ -43,11 +43,11 @@ void session(const wchar_t* path, CanUnloadNow canUnload, IClassFactory& factory
   checks::that(document->get_oVesk(&back) == S_OK && back.get() == vesk.get(), "the way back");
   Object<IUnknown> identity;
   Object<IUnknown> identityOfOther;
-  checks::that(vesk->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&identity)) == S_OK &&
-                   back->QueryInterface(IID_IUnknown,
-                                        reinterpret_cast<void**>(&identityOfOther)) == S_OK &&
-                   identity.get() == identityOfOther.get(),
-               "identity");
+  checks::that(
+      vesk->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&identity)) == S_OK &&
+          back->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&identityOfOther)) == S_OK &&
+          identity.get() == identityOfOther.get(),
+      "identity");
 
   // A field keeps its set, also when the set's own reference has gone.
   Object<_kvField> field;
@@ -88,9 +88,9 @@ int wmain(int count, wchar_t** arguments) {
     checks::that(canUnload() == S_FALSE, "a factory keeps the component");
     for (int time = 0; time < 3; ++time) session(arguments[1], canUnload, *factory.get());
     void* aggregate = nullptr;
-    checks::that(factory->CreateInstance(factory.get(), IID_IUnknown, &aggregate) ==
-                     CLASS_E_NOAGGREGATION,
-                 "no aggregation");
+    checks::that(
+        factory->CreateInstance(factory.get(), IID_IUnknown, &aggregate) == CLASS_E_NOAGGREGATION,
+        "no aggregation");
     factory->LockServer(TRUE);
   }
   checks::that(canUnload() == S_FALSE, "a lock keeps the component");
@@ -101,9 +101,9 @@ int wmain(int count, wchar_t** arguments) {
   }
   checks::that(canUnload() == S_OK, "all is gone");
   void* nothing = nullptr;
-  checks::that(getClassObject(IID_IUnknown, IID_IClassFactory, &nothing) ==
-                   CLASS_E_CLASSNOTAVAILABLE,
-               "no factory of other classes");
+  checks::that(
+      getClassObject(IID_IUnknown, IID_IClassFactory, &nothing) == CLASS_E_CLASSNOTAVAILABLE,
+      "no factory of other classes");
   FreeLibrary(dll);
   CoUninitialize();
   return checks::finish();
