@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "cli/system.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/error.h"
@@ -11,24 +12,14 @@
 
 namespace {
 
-// One of the words may be a password, given here by mistake; it must not be repeated where errors
-// are kept. So no more is told than the names of options.
-[[noreturn]] void refuseExtras(const CLI::App& app) {
-  std::string options;
-  for (const auto& word : app.remaining(true))
-    if (word.starts_with("-")) options += " " + word.substr(0, word.find('='));
-  throw kv::cli::UsageError(options.empty() ? "there are more words than this takes; see --help"
-                                            : "this does not take" + options + "; see --help");
-}
-
-int run(int argc, char** argv) {
-  CLI::App app{
+int run(const std::vector<const char*>& words) {
+  kv::cli::CommandLine line(
+      "kvvesk",
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
       "what.",
-      "kvvesk"};
-  app.set_version_flag("--version", fmt::format("kvvesk {}.{}.{}", kv::kVersionMajor,
-                                                kv::kVersionMinor, kv::kVersionRevision));
-  app.require_subcommand(1);
+      fmt::format("{}.{}.{}", kv::kVersionMajor, kv::kVersionMinor, kv::kVersionRevision));
+  kv::cli::Command& app = line.command();
+  app.requireSubcommand();
   app.footer(
       "The register's answers go to standard output, everything else to standard error.\n"
       "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
@@ -57,21 +48,21 @@ int run(int argc, char** argv) {
   kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ExtrasError&) {
-    refuseExtras(app);
-  } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? kv::cli::kDone : kv::cli::kUsage;
-  }
+  int status = kv::cli::kDone;
+  if (!line.parse(words, status)) return status;
   return chosen();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  const kv::cli::PlainStreams streams;
   try {
-    return run(argc, argv);
+    const auto texts = kv::cli::commandLine(argc, argv);
+    std::vector<const char*> words;
+    words.reserve(texts.size());
+    for (const auto& text : texts) words.push_back(text.c_str());
+    return run(words);
   } catch (const kv::cli::UsageError& e) {
     std::cerr << "kvvesk: " << e.what() << '\n';
     return kv::cli::kUsage;

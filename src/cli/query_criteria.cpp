@@ -84,16 +84,13 @@ Variant dateIn(const std::string& text) { return *parseDate(text); }
 
 }  // namespace
 
-void addCriteria(CLI::App& verb, QueryCriteria& criteria) {
+void addCriteria(Command& verb, QueryCriteria& criteria) {
   addText(verb, "--kind", criteria.kind, "Which documents: controlled, uncontrolled or all")
-      ->type_name("KIND");
-  verb.add_option("--where", criteria.where,
-                  "A column, an operator and a value; may be given once for each column")
-      ->type_size(kTriple)
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->allow_extra_args(false)
-      ->type_name("COLUMN OP VALUE");
+      ->typeName("KIND");
+  verb.addOption("--where", criteria.where,
+                 "A column, an operator and a value; may be given once for each column")
+      ->repeated(kTriple)
+      ->typeName("COLUMN OP VALUE");
   addDate(verb, "--on", criteria.on, "Effective on this date");
   addDate(verb, "--after", criteria.after, "Effective after this date; with --before a range");
   addDate(verb, "--before", criteria.before, "Effective before this date");
@@ -104,13 +101,11 @@ void addCriteria(CLI::App& verb, QueryCriteria& criteria) {
       "All criteria of a query must hold.");
 }
 
-void addDropping(CLI::App& verb, QueryCriteria& criteria) {
-  verb.add_option("--drop", criteria.drop,
-                  "A column that loses its criterion, effective among them; may be repeated")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->allow_extra_args(false)
-      ->type_name("COLUMN");
+void addDropping(Command& verb, QueryCriteria& criteria) {
+  verb.addOption("--drop", criteria.drop,
+                 "A column that loses its criterion, effective among them; may be repeated")
+      ->repeated()
+      ->typeName("COLUMN");
 }
 
 void checkCriteria(const QueryCriteria& criteria) {

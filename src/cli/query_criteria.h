@@ -1,10 +1,10 @@
 // The criteria of a saved document query as options.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
+#include "cli/command.h"
 
 #include "queries/document_query.h"
 
@@ -24,9 +24,9 @@ struct QueryCriteria {
 };
 
 // --kind, --where, --on, --after and --before.
-void addCriteria(CLI::App& verb, QueryCriteria& criteria);
+void addCriteria(Command& verb, QueryCriteria& criteria);
 // --drop, for a query that has criteria already.
-void addDropping(CLI::App& verb, QueryCriteria& criteria);
+void addDropping(Command& verb, QueryCriteria& criteria);
 
 // Raises UsageError for what makes no criterion; then nothing is set.
 void checkCriteria(const QueryCriteria& criteria);

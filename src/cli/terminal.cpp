@@ -4,77 +4,19 @@
 
 #include <atomic>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <iostream>
 
-#ifdef _WIN32
-#include <io.h>
-#include <windows.h>
-#else
-#include <termios.h>
-#include <unistd.h>
-#endif
+#include "cli/system.h"
 
 namespace kv::cli {
 
 namespace {
 
-#ifdef _WIN32
-bool isTerminal(int descriptor) { return _isatty(descriptor) != 0; }
-constexpr int kInput = 0;
-constexpr int kErrors = 2;
-#else
-bool isTerminal(int descriptor) { return isatty(descriptor) != 0; }
-constexpr int kInput = STDIN_FILENO;
-constexpr int kErrors = STDERR_FILENO;
-#endif
-
-// Switches the terminal's echo off for its lifetime.
-class NoEcho {
- public:
-  NoEcho() {
-#ifdef _WIN32
-    handle_ = GetStdHandle(STD_INPUT_HANDLE);
-    GetConsoleMode(handle_, &before_);
-    SetConsoleMode(handle_, before_ & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
-#else
-    tcgetattr(kInput, &before_);
-    termios quiet = before_;
-    quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    tcsetattr(kInput, TCSAFLUSH, &quiet);
-#endif
-  }
-  ~NoEcho() {
-#ifdef _WIN32
-    SetConsoleMode(handle_, before_);
-#else
-    tcsetattr(kInput, TCSAFLUSH, &before_);
-#endif
-  }
-  NoEcho(const NoEcho&) = delete;
-  NoEcho& operator=(const NoEcho&) = delete;
-  NoEcho(NoEcho&&) = delete;
-  NoEcho& operator=(NoEcho&&) = delete;
-
- private:
-#ifdef _WIN32
-  HANDLE handle_;
-  DWORD before_ = 0;
-#else
-  termios before_{};
-#endif
-};
-
 std::string ask(const char* variable, const std::string& prompt) {
-  if (!isTerminal(kInput))
+  if (!inputIsTerminal())
     throw UsageError(fmt::format("no password: set {} or run this at a terminal", variable));
   std::cerr << prompt << std::flush;
-  std::string answer;
-  {
-    const NoEcho quiet;
-    std::getline(std::cin, answer);
-  }
+  std::string answer = hiddenLine();
   std::cerr << '\n';
   return answer;
 }
@@ -87,6 +29,7 @@ std::atomic<kvConnection*>& running() {
 
 void onInterrupt(int signal) {
   if (auto* connection = running().load()) {
+    std::signal(signal, onInterrupt);  // some systems forget it after the first time
     connection->Interrupt();
     return;
   }
@@ -97,14 +40,14 @@ void onInterrupt(int signal) {
 }  // namespace
 
 std::string passwordFor(const char* variable, const std::string& prompt) {
-  if (const char* value = std::getenv(variable)) return value;
+  if (auto value = environment(variable)) return *value;
   return ask(variable, prompt);
 }
 
 std::string newPasswordFor(const char* variable, const std::string& prompt) {
   std::string password;
-  if (const char* value = std::getenv(variable)) {
-    password = value;
+  if (auto value = environment(variable)) {
+    password = *value;
   } else {
     password = ask(variable, prompt);
     if (ask(variable, "The same again: ") != password) throw UsageError("the two passwords differ");
@@ -123,7 +66,7 @@ void interruptOnSignal(const Ref<kvConnection>& connection) {
   std::signal(SIGINT, connection ? onInterrupt : SIG_DFL);
 }
 
-Progress::Progress(std::string what) : what_(std::move(what)), terminal_(isTerminal(kErrors)) {}
+Progress::Progress(std::string what) : what_(std::move(what)), terminal_(errorsAreTerminal()) {}
 
 Progress::~Progress() {
   if (shown_) std::cerr << "\r\x1b[K" << std::flush;

@@ -96,14 +96,14 @@ void UserFields::check() const {
   if (workgroup && workgroup->empty()) throw UsageError("a user needs a workgroup; 0 is the least");
 }
 
-void addUserFields(CLI::App& verb, UserFields& fields) {
+void addUserFields(Command& verb, UserFields& fields) {
   addText(verb, "--name", fields.name, "The name, by which the user logs in");
   addText(verb, "--alias", fields.alias, "The alias");
   addText(verb, "--title", fields.title, "The title");
   addText(verb, "--email", fields.email, "The e-mail address");
   addText(verb, "--workgroup", fields.workgroup,
           "The workgroup, by number or title; -1 makes an administrator")
-      ->type_name("GROUP");
+      ->typeName("GROUP");
 }
 
 void lockUsers(ClientTransaction& transaction) {

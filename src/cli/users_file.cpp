@@ -3,16 +3,14 @@
 #include <filesystem>
 
 #include "cli/terminal.h"
+#include "common/path.h"
 #include "kvdata/engine/open.h"
 
 namespace kv::cli {
 
 std::string storedLocation(const std::string& place) {
   if (engine::isServer(place)) return place;
-  const auto path = std::filesystem::absolute(reinterpret_cast<const char8_t*>(place.c_str()))
-                        .lexically_normal()
-                        .u8string();
-  std::string out(path.begin(), path.end());
+  std::string out = pathText(std::filesystem::absolute(pathOf(place)).lexically_normal());
   if (out.find_first_of(";\"'") != std::string::npos)
     throw UsageError("the path of a file for users must not contain ; or quotation marks");
   return out;

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
@@ -11,10 +10,12 @@
 #include "cli/import/importer.h"
 #include "cli/output.h"
 #include "cli/query_lookup.h"
+#include "cli/system.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/clock.h"
 #include "common/error.h"
+#include "common/path.h"
 #include "kvdata/schema/create_register.h"
 
 namespace kv::cli {
@@ -23,19 +24,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path pathOf(const std::string& text) {
-  return {reinterpret_cast<const char8_t*>(text.c_str())};
-}
-
 // A folder of its own beside another one, so that what was made in it can be moved there. It is
 // gone at the end of the scope.
 class FolderBeside {
  public:
   explicit FolderBeside(const fs::path& place) {
-    std::string name = place.string() + ".XXXXXX";
-    if (mkdtemp(name.data()) == nullptr)
-      throw UsageError("a folder beside '" + place.string() + "' cannot be made");
-    path_ = name;
+    const auto made = folderBeside(place);
+    if (!made) throw UsageError("a folder beside '" + pathText(place) + "' cannot be made");
+    path_ = *made;
   }
   ~FolderBeside() {
     std::error_code ignored;
@@ -57,13 +53,13 @@ using Lines = std::vector<std::vector<std::string>>;
 // Imports what was exported and compares; whether all is there that must be. `lost` gets the rest.
 bool check(const Session& session, const fs::path& folder, const fs::path& scratch, Lines& lost) {
   const auto copy =
-      createRegister("Data Source=" + quotedValue(scratch.string()), [](const auto& database) {
+      createRegister("Data Source=" + quotedValue(pathText(scratch)), [](const auto& database) {
         database->execute("Insert Into DocumentQuerys (QueryName) Values ('" +
                           std::string(kAllDocuments) + "')");
       });
   Importer importer(copy, now(), kFirstUserId, {});
   std::vector<std::string> problems;
-  for (const auto& problem : importer.run(folder.string()).problems)
+  for (const auto& problem : importer.run(pathText(folder)).problems)
     problems.push_back(
         fmt::format("{}.csv, record {}: {}", problem.file, problem.record, problem.reason));
   if (problems.empty())
@@ -100,7 +96,7 @@ int exportTo(const Options& options, const std::string& to) {
     written = Exporter(session.database(), folder).run();
     if (!check(session, folder, work / "check.kvv", lost)) return kRefused;
   }
-  fs::rename(folder, place.has_filename() ? place : place.parent_path());
+  moveFolder(folder, place.has_filename() ? place : place.parent_path());
   Lines rows;
   for (const auto& [file, count] : written) rows.push_back({file + ".csv", std::to_string(count)});
   writeTable(std::cout, {"File", "Rows written"}, rows);
@@ -112,15 +108,15 @@ int exportTo(const Options& options, const std::string& to) {
 
 }  // namespace
 
-void addExport(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addExport(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "export",
       "Write a register as a folder of CSV files that can be imported, all of it or nothing; for "
       "administrators");
   const auto options = std::make_shared<Options>();
   const auto folder = std::make_shared<std::string>();
   addCommon(*verb, *options);
-  verb->add_option("folder", *folder, "The folder to make; it may be there if it is empty")
+  verb->addOption("folder", *folder, "The folder to make; it may be there if it is empty")
       ->required();
   verb->footer(
       "What was written is imported and compared before it is kept. What the files cannot carry, "

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <iostream>
 
 #include "cli/import/importer.h"
@@ -7,6 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/clock.h"
+#include "common/path.h"
 
 namespace kv::cli {
 
@@ -59,19 +61,19 @@ int import(const Options& options, const std::string& folder, const std::string&
 
 }  // namespace
 
-void addImport(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addImport(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "import",
       "Fill a register from a folder of CSV files, all of it or nothing; for administrators");
   const auto options = std::make_shared<Options>();
   const auto folder = std::make_shared<std::string>();
   const auto asOf = std::make_shared<std::string>();
-  verb->add_option("folder", *folder, "The folder with users.csv, documents.csv and the others")
+  verb->addOption("folder", *folder, "The folder with users.csv, documents.csv and the others")
       ->required()
-      ->check(CLI::ExistingDirectory);
+      ->existingFolder();
   addCommon(*verb, *options);
-  verb->add_option("--as-of", *asOf,
-                   "Date and time that new identifiers of manuals are made of; now when left out");
+  verb->addOption("--as-of", *asOf,
+                  "Date and time that new identifiers of manuals are made of; now when left out");
   verb->callback([&chosen, options, folder, asOf] {
     chosen = [options, folder, asOf] { return import(*options, *folder, *asOf); };
   });

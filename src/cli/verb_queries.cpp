@@ -121,12 +121,12 @@ int remove(const Options& options, const std::string& which) {
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::string& query) {
-  verb.add_option("query", query, "The query, by number or name")->required();
+void addKey(Command& verb, std::string& query) {
+  verb.addOption("query", query, "The query, by number or name")->required();
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all saved queries, or one, with their conditions");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all saved queries, or one, with their conditions");
   const auto options = std::make_shared<Options>();
   const auto query = std::make_shared<std::optional<std::string>>();
   addCommon(*sub, *options);
@@ -136,22 +136,22 @@ void addShow(CLI::App& verb, Action& chosen) {
       [&chosen, options, query] { chosen = [options, query] { return show(*options, *query); }; });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Save a new query");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Save a new query");
   const auto options = std::make_shared<Options>();
   const auto name = std::make_shared<std::string>();
   const auto criteria = std::make_shared<QueryCriteria>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("name", *name, "The name it is listed by")->required();
+  sub->addOption("name", *name, "The name it is listed by")->required();
   addCriteria(*sub, *criteria);
   sub->callback([&chosen, options, name, criteria] {
     chosen = [options, name, criteria] { return add(*options, *name, *criteria); };
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change the name or criteria of a saved query");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change the name or criteria of a saved query");
   const auto options = std::make_shared<Options>();
   const auto query = std::make_shared<std::string>();
   const auto name = std::make_shared<std::optional<std::string>>();
@@ -167,8 +167,8 @@ void addEdit(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("delete", "Delete a saved query");
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("delete", "Delete a saved query");
   const auto options = std::make_shared<Options>();
   const auto query = std::make_shared<std::string>();
   addCommon(*sub, *options);
@@ -181,10 +181,10 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addQueries(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addQueries(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "queries", "Show, add, change or delete the saved queries that documents are listed by");
-  verb->require_subcommand(1);
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+#include "common/local_time.h"
+
 namespace kv {
 
 namespace {
@@ -21,13 +23,7 @@ Stop& stop() {
 
 Date now() {
   if (stop().stopped) return stop().at;
-  const std::time_t seconds = std::time(nullptr);
-  std::tm local{};
-#ifdef _WIN32
-  localtime_s(&local, &seconds);
-#else
-  localtime_r(&seconds, &local);
-#endif
+  const std::tm local = localTime(std::time(nullptr));
   return Date(CalendarTime{.year = local.tm_year + 1900,
                            .month = local.tm_mon + 1,
                            .day = local.tm_mday,

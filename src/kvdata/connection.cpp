@@ -1,8 +1,7 @@
 #include "kvdata/connection.h"
 
-#include <filesystem>
-
 #include "common/error.h"
+#include "common/path.h"
 #include "kvdata/connection_string.h"
 #include "kvdata/schema/register_schema.h"
 
@@ -90,8 +89,7 @@ void kvConnection::StatementLog(const std::string& path) {
   log_.clear();
   logPath_.clear();
   if (path.empty()) return;
-  log_.open(std::filesystem::path(reinterpret_cast<const char8_t*>(path.c_str())),
-            std::ios::binary | std::ios::app);
+  log_.open(pathOf(path), std::ios::binary | std::ios::app);
   if (!log_.is_open())
     throw Error(kEngineFailure, "kvData", "The statement log could not be opened. '" + path + "'");
   logPath_ = path;

@@ -4,6 +4,7 @@
 #include "common/clock.h"
 #include "common/convert.h"
 #include "common/error.h"
+#include "common/path.h"
 #include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
@@ -30,8 +31,7 @@ bool isStatus(const Variant& value, RevisionStatus status) {
 bool isRegularFile(const std::string& path) {
   if (!isStorableText(path)) return false;
   std::error_code error;
-  return std::filesystem::is_regular_file(
-      std::filesystem::path(reinterpret_cast<const char8_t*>(path.c_str())), error);
+  return std::filesystem::is_regular_file(pathOf(path), error);
 }
 
 }  // namespace

@@ -3,10 +3,10 @@
 #include <csv.h>
 #include <fmt/format.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "common/path.h"
 #include "common/text.h"
 
 namespace kv::cli {
@@ -29,9 +29,7 @@ CsvTable::CsvTable(const std::string& folder, std::string name,
                    const std::vector<std::string>& columns, std::vector<Problem>& problems,
                    const std::string& key)
     : name_(std::move(name)) {
-  const auto path =
-      std::filesystem::path(reinterpret_cast<const char8_t*>(folder.c_str())) / (name_ + ".csv");
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(pathOf(folder) / (name_ + ".csv"), std::ios::binary);
   if (!in.is_open()) {
     problems.push_back({name_, 0, "the file is missing or cannot be read"});
     return;

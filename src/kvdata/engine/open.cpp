@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "common/path.h"
 #include "common/text.h"
 #include "kvdata/engine/postgres/postgres_engine.h"
 #include "kvdata/engine/sqlite/sqlite_engine.h"
@@ -19,11 +20,8 @@ std::unique_ptr<Engine> open(const OpenOptions& options) {
 }
 
 bool sameDatabase(const std::string& a, const std::string& b) noexcept {
-  const auto path = [](const std::string& text) {
-    return std::filesystem::path(reinterpret_cast<const char8_t*>(text.c_str()));
-  };
   std::error_code error;
-  return a == b || std::filesystem::equivalent(path(a), path(b), error);
+  return a == b || std::filesystem::equivalent(pathOf(a), pathOf(b), error);
 }
 
 // On a server the transaction that made the tables has taken them back.

@@ -7,13 +7,9 @@
 #include <string_view>
 #include <system_error>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "common/error.h"
+#include "common/path.h"
+#include "kvdata/engine/sqlite/file_rights.h"
 #include "kvdata/engine/sqlite/sqlite_engine.h"
 
 namespace kv::engine {
@@ -22,24 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path pathOf(const std::string& path) {
-  return {reinterpret_cast<const char8_t*>(path.c_str())};
-}
-
 [[noreturn]] void refuse(const std::string& path, std::string_view why) {
   throw Error(kEngineFailure, "kvData", fmt::format("{} '{}'", why, path));
-}
-
-// Ways to use a file, as both systems number them.
-constexpr int kRead = 4;
-constexpr int kWrite = 2;
-
-bool allows(const fs::path& path, int use) {
-#ifdef _WIN32
-  return _waccess(path.c_str(), use) == 0;
-#else
-  return access(path.c_str(), use) == 0;
-#endif
 }
 
 // The formats by the byte behind "Standard Jet DB" or "Standard ACE DB".
@@ -59,7 +39,7 @@ void requireFile(const std::string& path) {
   const auto status = fs::status(pathOf(path), problem);
   if (!fs::exists(status)) refuse(path, "There is no such file:");
   if (!fs::is_regular_file(status)) refuse(path, "This is not a file:");
-  if (!allows(pathOf(path), kRead)) refuse(path, "The file could not be opened for reading:");
+  if (!mayRead(pathOf(path))) refuse(path, "The file could not be opened for reading:");
 }
 
 void requireRegister(sqlite3* connection, const std::string& path) {
@@ -100,8 +80,7 @@ void removeFiles(const std::string& path) noexcept {
 FileAccess accessTo(const std::string& path) {
   const fs::path file = pathOf(path);
   const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  if (allows(folder, kWrite))
-    return allows(file, kWrite) ? FileAccess::ReadWrite : FileAccess::ReadOnly;
+  if (mayWrite(folder)) return mayWrite(file) ? FileAccess::ReadWrite : FileAccess::ReadOnly;
   // With the log's files in place a reader needs no new ones.
   std::error_code problem;
   if (fs::exists(pathOf(path + "-wal"), problem) && fs::exists(pathOf(path + "-shm"), problem))

@@ -1,0 +1,10 @@
+// The time of a place's clocks.
+#pragma once
+
+#include <ctime>
+
+namespace kv {
+
+[[nodiscard]] std::tm localTime(std::time_t seconds);
+
+}  // namespace kv
