@@ -107,7 +107,44 @@ Argument* Command::addFlag(const std::string& name, std::function<void()> take,
 
 void Command::footer(const std::string& text) { app_.footer(text); }
 
+void Command::hide() { app_.group(""); }
+
 void Command::callback(std::function<void()> run) { app_.callback(std::move(run)); }
+
+namespace {
+
+ArgumentOutline outlineOf(const CLI::Option& option) {
+  ArgumentOutline outline{.place = option.get_name(true),
+                          .description = option.get_description(),
+                          .shownDefault = option.get_default_str(),
+                          .required = option.get_required()};
+  for (const auto& name : option.get_snames()) outline.names.push_back("-" + name);
+  for (const auto& name : option.get_lnames()) outline.names.push_back("--" + name);
+  if (option.get_items_expected_max() > 0) outline.typeName = option.get_type_name();
+  return outline;
+}
+
+CommandOutline outlineOf(const CLI::App& app, const std::string& path) {
+  CommandOutline outline{.path = path,
+                         .name = app.get_name(),
+                         .description = app.get_description(),
+                         .footer = app.get_footer()};
+  // A verb that is given none has that of the program.
+  if (app.get_parent() != nullptr && app.get_parent()->get_footer() == outline.footer)
+    outline.footer.clear();
+  for (const auto* option : app.get_options()) {
+    if (option->get_group().empty()) continue;
+    (option->nonpositional() ? outline.options : outline.positionals).push_back(outlineOf(*option));
+  }
+  for (const auto* part :
+       app.get_subcommands([](const CLI::App* part) { return !part->get_group().empty(); }))
+    outline.parts.push_back(outlineOf(*part, (path.empty() ? "" : path + " ") + part->get_name()));
+  return outline;
+}
+
+}  // namespace
+
+CommandOutline Command::outline() const { return outlineOf(app_, {}); }
 
 Argument* Command::keep(CLI::Option* option) {
   return arguments_.emplace_back(std::make_unique<Argument>(option)).get();

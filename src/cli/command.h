@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_outline.h"
+
 namespace CLI {  // NOLINT(*-identifier-naming): not ours
 class App;
 class Option;
@@ -69,8 +71,12 @@ class Command {
   Argument* addFlag(const std::string& name, std::function<void()> take, const std::string& help);
   // Stands below the options in the help text.
   void footer(const std::string& text);
+  // Help does not list it.
+  void hide();
   // Called once this verb was chosen and its words were taken.
   void callback(std::function<void()> run);
+  // What has been added so far.
+  [[nodiscard]] CommandOutline outline() const;
 
  private:
   Argument* keep(CLI::Option* option);

@@ -34,6 +34,9 @@ int run(const std::vector<const char*>& words) {
   kv::cli::addRelease(app, chosen);
   kv::cli::addCollect(app, chosen);
   kv::cli::addPersonal(app, chosen);
+  kv::cli::addHoldings(app, chosen);
+  kv::cli::addReleases(app, chosen);
+  kv::cli::addStale(app, chosen);
   kv::cli::addOwners(app, chosen);
   kv::cli::addApprovers(app, chosen);
   kv::cli::addActions(app, chosen);
@@ -41,13 +44,18 @@ int run(const std::vector<const char*>& words) {
   kv::cli::addQueries(app, chosen);
   kv::cli::addUsers(app, chosen);
   kv::cli::addUser(app, chosen);
+  kv::cli::addWorkgroups(app, chosen);
   kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
+  kv::cli::addKeywords(app, chosen);
+  kv::cli::addLabels(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);
   kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
+  kv::cli::addCompletion(app, chosen);
+  kv::cli::addManpage(app, chosen);
   int status = kv::cli::kDone;
   if (!line.parse(words, status)) return status;
   return chosen();

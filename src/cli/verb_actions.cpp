@@ -6,7 +6,6 @@
 #include "cli/user_lookup.h"
 #include "cli/verbs.h"
 #include "common/text.h"
-#include "rights/rights.h"
 
 namespace kv::cli {
 
@@ -14,13 +13,7 @@ namespace {
 
 int list(const Options& options, const std::optional<std::string>& of, bool all) {
   const Session session(options);
-  std::string id = session.profile()->UserID();
-  // Their own are theirs even if they may not look at users.
-  if (of && !equalNoCase(*of, id) && !equalNoCase(*of, session.profile()->UserName())) {
-    session.requireRight(urviewuserdetail);
-    id = findUser(session.database(), *of);
-  }
-  const auto actions = session->GetActions(doubledQuotes(id), all);
+  const auto actions = session->GetActions(doubledQuotes(userToLookAt(session, of)), all);
   AnswerSet answer({{"ActionID", kTypeInteger},
                     {"Subject", kTypeVarWChar},
                     {"Originator", kTypeVarWChar},

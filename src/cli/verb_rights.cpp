@@ -111,14 +111,7 @@ class SettingAnswer {
 
 int show(const Options& options, const std::optional<std::string>& of) {
   const Session session(options);
-  const std::string& self = session.profile()->UserID();
-  std::string id = self;
-  // Their own rights are known by their ID or name even to those who may not look at users.
-  if (of && !equalNoCase(*of, self) && !equalNoCase(*of, session.profile()->UserName())) {
-    session.requireRight(urviewuserdetail);
-    id = findUser(session.database(), *of);
-  }
-  const auto profile = profileOf(session, id);
+  const auto profile = profileOf(session, userToLookAt(session, of));
   SettingAnswer answer(session);
   for (const auto kind : {SettingKind::UserRight, SettingKind::OwnerRight, SettingKind::UserOption,
                           SettingKind::ApplicationOption})

@@ -159,7 +159,10 @@ void addEdit(Command& verb, Action& chosen) {
   addFormats(*sub, *options, false);
   addKey(*sub, *user);
   addUserFields(*sub, *fields);
-  sub->footer("Fields that are not given stay as they are; an empty text empties a field.");
+  sub->footer(
+      "Fields that are not given stay as they are; an empty text empties a field.\n"
+      "Administrators, and only they, make and unmake administrators, themselves too; the last one "
+      "stays.");
   sub->callback([&chosen, options, user, fields] {
     chosen = [options, user, fields] { return edit(*options, *user, *fields); };
   });

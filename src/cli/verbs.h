@@ -23,6 +23,9 @@ void addDocuments(Command& app, Action& chosen);
 void addDocument(Command& app, Action& chosen);
 void addRevisions(Command& app, Action& chosen);
 void addRevision(Command& app, Action& chosen);
+void addWorkgroups(Command& app, Action& chosen);
+void addKeywords(Command& app, Action& chosen);
+void addLabels(Command& app, Action& chosen);
 void addRights(Command& app, Action& chosen);
 void addUsers(Command& app, Action& chosen);
 void addUser(Command& app, Action& chosen);
@@ -33,9 +36,15 @@ void addCollect(Command& app, Action& chosen);
 void addPersonal(Command& app, Action& chosen);
 void addActions(Command& app, Action& chosen);
 void addAction(Command& app, Action& chosen);
+void addHoldings(Command& app, Action& chosen);
+void addReleases(Command& app, Action& chosen);
+void addStale(Command& app, Action& chosen);
 void addOwners(Command& app, Action& chosen);
 void addApprovers(Command& app, Action& chosen);
 void addQueries(Command& app, Action& chosen);
+// These two tell what the app has when they run, whatever is added after them.
+void addCompletion(Command& app, Action& chosen);
+void addManpage(Command& app, Action& chosen);
 
 // REGISTER, --user and --trace, which every verb has.
 void addCommon(Command& verb, Options& options);
