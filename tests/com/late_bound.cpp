@@ -119,6 +119,9 @@ void named(IDispatch* vesk) {
   checks::that(get(vesk, L"Releases", {text(L"User3")}, {{L"UserID", text(L"User4")}}).status ==
                    DISP_E_BADPARAMCOUNT,
                "an argument twice");
+  checks::that(get(vesk, L"GetRecordset", {text(L"Select ID From Users"), text(L"ID")}).status ==
+                   DISP_E_BADPARAMCOUNT,
+               "an argument too many");
   checks::that(get(vesk, L"HasActions", {leftOut()}).status == DISP_E_PARAMNOTOPTIONAL,
                "an argument that is not optional");
 }
@@ -226,7 +229,7 @@ void properties(IDispatch* vesk, IDispatch* document) {
   checks::that(call(document, DISPATCH_PROPERTYPUTREF, L"oVesk", {object(vesk)}).status == S_OK,
                "an object assigned as an object");
   checks::that(call(vesk, DISPATCH_PROPERTYPUT, L"Document", {object(document)}).status ==
-                   DISP_E_BADPARAMCOUNT,
+                   DISP_E_MEMBERNOTFOUND,
                "a property that is only read");
 }
 
