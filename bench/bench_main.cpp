@@ -127,6 +127,7 @@ int run(int argc, char** argv) {
     registerRecordSets(large);
     registerDocuments(large);
     registerRevisions();
+    registerDistribution(large);
   }
   // Before anything else has left memory behind that could be used again.
   if (large) measureMemory();
@@ -145,7 +146,8 @@ void registerPair(const Pair& pair, const std::vector<int>& documents) {
     auto* one = benchmark::RegisterBenchmark((pair.name + "/" + who).c_str(), measure);
     if (size > 0) one->Arg(size);
     constexpr int kFewer = 3;
-    if (size >= kLarge) one->Repetitions(kFewer);
+    if (size >= kLarge && !pair.brief) one->Repetitions(kFewer);
+    if (pair.times > 0) one->Iterations(pair.times);
   };
   for (const int size : documents.empty() ? std::vector<int>{0} : documents) {
     add("kvvesk", pair.kvvesk, size);

@@ -17,6 +17,11 @@ struct Pair {
   std::string name;
   void (*kvvesk)(benchmark::State&);
   void (*floor)(benchmark::State&);
+  // How often a repetition does it; 0 for as often as it takes to measure. For what takes long to
+  // undo, which the benchmark library does not see.
+  int times = 0;
+  // Short at any size, and repeated as often among a million documents.
+  bool brief = false;
 };
 
 // For every number of documents, or once when there are none; the largest less often.
@@ -27,9 +32,12 @@ void registerRecordSets(bool large);
 void registerDocuments(bool large);
 // The life of revisions, and logging in; at ten thousand documents.
 void registerRevisions();
+// Distribution, and what users hold.
+void registerDistribution(bool large);
 // On the server that KVVESK_TEST_SERVER names.
 void registerServer();
 void registerServerRevisions();
+void registerServerDistribution();
 
 // Prints what an open set over a million documents takes.
 void measureMemory();

@@ -261,6 +261,7 @@ void registerServer() {
   };
   for (const auto& pair : pairs) registerPair(pair, {kSmall});
   registerServerRevisions();
+  registerServerDistribution();
 }
 
 }  // namespace kv::bench

@@ -23,17 +23,24 @@ const std::string& serverDocumentColumns() {
   return columns;
 }
 
+std::string serverFoldOf(const std::string& quoted) {
+  return fmt::format(R"((replace(lower(({}) COLLATE "und-x-icu"), 'ς', 'σ') COLLATE "C"))", quoted);
+}
+
 std::string serverFold(const std::string& column) {
-  return fmt::format(R"((replace(lower(("{}") COLLATE "und-x-icu"), 'ς', 'σ') COLLATE "C"))",
-                     column);
+  return serverFoldOf(fmt::format(R"("{}")", column));
+}
+
+std::string serverOrderOf(const std::string& quoted) {
+  const std::string key = serverFoldOf(quoted);
+  return fmt::format(
+      R"((regexp_replace(normalize({0}, NFD), '[\u0300-\u036F]', '', 'g') COLLATE "C") NULLS FIRST, )"
+      R"({0} NULLS FIRST)",
+      key);
 }
 
 std::string serverOrder(const std::string& column) {
-  const std::string key = serverFold(column);
-  return fmt::format(
-      R"((regexp_replace(normalize({0}, NFD), '[\u0300-\u036F]', '', 'g') COLLATE "C") NULLS FIRST, )"
-      R"({0} NULLS FIRST, "ID")",
-      key);
+  return serverOrderOf(fmt::format(R"("{}")", column)) + R"(, "ID")";
 }
 
 ServerFloor::ServerFloor(const std::string& location) : connection_(PQconnectdb(location.c_str())) {

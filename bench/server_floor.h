@@ -14,6 +14,9 @@ namespace kv::bench {
 [[nodiscard]] const std::string& serverDocumentColumns();
 // The text key of a column, and the order of a list by one: what the indexes are made of.
 [[nodiscard]] std::string serverFold(const std::string& column);
+// The same of a column that is quoted already, or of one of a join's.
+[[nodiscard]] std::string serverFoldOf(const std::string& quoted);
+[[nodiscard]] std::string serverOrderOf(const std::string& quoted);
 [[nodiscard]] std::string serverOrder(const std::string& column);
 
 struct ClearAnswer {

@@ -2,25 +2,25 @@
 
 namespace kv::cli {
 
-void addCommon(CLI::App& verb, Options& options) {
-  verb.add_option("register", options.registerPath,
-                  "The register: a file's path, or postgresql://user@host:port/database")
+void addCommon(Command& verb, Options& options) {
+  verb.addOption("register", options.registerPath,
+                 "The register: a file's path, or postgresql://user@host:port/database")
       ->required();
-  verb.add_option("-u,--user", options.user,
-                  "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
+  verb.addOption("-u,--user", options.user,
+                 "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
       ->required();
-  verb.add_option("--trace", options.trace,
-                  "Append every statement that runs to this file, one per line");
+  verb.addOption("--trace", options.trace,
+                 "Append every statement that runs to this file, one per line");
 }
 
-void addJson(CLI::App& verb, Options& options, const std::string& help) {
-  verb.add_flag_callback(
+void addJson(Command& verb, Options& options, const std::string& help) {
+  verb.addFlag(
       "--json", [&options] { options.format = Format::Json; }, help);
 }
 
-void addFormats(CLI::App& verb, Options& options, bool lines) {
+void addFormats(Command& verb, Options& options, bool lines) {
   const auto format = [&](const char* name, const char* help, Format value) {
-    return verb.add_flag_callback(
+    return verb.addFlag(
         name, [&options, value] { options.format = value; }, help);
   };
   auto* csv = format("--csv", "Comma-separated values with a heading", Format::Csv);

@@ -9,7 +9,7 @@ bool DocumentFields::any() const {
          controlled;
 }
 
-void addDocumentFields(CLI::App& verb, DocumentFields& fields) {
+void addDocumentFields(Command& verb, DocumentFields& fields) {
   addText(verb, "--title", fields.title, "The title");
   addText(verb, "--number", fields.number, "The document number");
   addText(verb, "--field1", fields.field1, "The first data field");

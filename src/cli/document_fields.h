@@ -1,9 +1,9 @@
 // The fields of a document as options: --title, --number and so on.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
+#include "cli/command.h"
 
 namespace kv::cli {
 
@@ -23,6 +23,6 @@ struct DocumentFields {
   [[nodiscard]] bool any() const;
 };
 
-void addDocumentFields(CLI::App& verb, DocumentFields& fields);
+void addDocumentFields(Command& verb, DocumentFields& fields);
 
 }  // namespace kv::cli

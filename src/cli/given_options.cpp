@@ -6,68 +6,76 @@ namespace kv::cli {
 
 namespace {
 
-std::string dateOf(const std::string& name, const std::string& text) {
+std::string dateOf(const std::string& text) {
   const auto date = parseDate(text);
-  if (!date) throw CLI::ValidationError(name, "'" + text + "' is not a date such as 2024-03-09");
+  if (!date) throw WrongWord("'" + text + "' is not a date such as 2024-03-09");
   return isoText(*date);
+}
+
+std::int32_t numberOf(const std::string& text) {
+  const auto number = wholeNumber(text);
+  if (!number) throw WrongWord("'" + text + "' is not a number");
+  return *number;
 }
 
 }  // namespace
 
-CLI::Option* addText(CLI::App& verb, const std::string& name, std::optional<std::string>& given,
-                     const std::string& help) {
+Argument* addText(Command& verb, const std::string& name, std::optional<std::string>& given,
+                  const std::string& help) {
   return verb
-      .add_option_function<std::string>(
+      .addOption(
           name, [&given](const std::string& text) { given = text; }, help)
-      ->type_name("TEXT");
+      ->typeName("TEXT");
 }
 
-CLI::Option* addNumber(CLI::App& verb, const std::string& name, std::int32_t& number,
-                       const std::string& help) {
+Argument* addNumber(Command& verb, const std::string& name, std::int32_t& number,
+                    const std::string& help) {
   return verb
-      .add_option_function<std::string>(
-          name,
-          [&number, name](const std::string& text) {
-            const auto given = wholeNumber(text);
-            if (!given) throw CLI::ValidationError(name, "'" + text + "' is not a number");
-            number = *given;
-          },
-          help)
-      ->type_name("NUMBER");
+      .addOption(
+          name, [&number](const std::string& text) { number = numberOf(text); }, help)
+      ->typeName("NUMBER");
 }
 
-CLI::Option* addYesNo(CLI::App& verb, const std::string& name, std::optional<bool>& given,
-                      const std::string& help) {
+Argument* addNumber(Command& verb, const std::string& name, std::optional<std::int32_t>& given,
+                    const std::string& help) {
   return verb
-      .add_option_function<std::string>(
+      .addOption(
+          name, [&given](const std::string& text) { given = numberOf(text); }, help)
+      ->typeName("NUMBER");
+}
+
+Argument* addYesNo(Command& verb, const std::string& name, std::optional<bool>& given,
+                   const std::string& help) {
+  return verb
+      .addOption(
           name,
-          [&given, name](const std::string& text) {
+          [&given](const std::string& text) {
             if (text != "yes" && text != "no")
-              throw CLI::ValidationError(name, "takes yes or no, not '" + text + "'");
+              throw WrongWord("takes yes or no, not '" + text + "'");
             given = text == "yes";
           },
           help)
-      ->type_name("yes|no");
+      ->typeName("yes|no");
 }
 
-CLI::Option* addDate(CLI::App& verb, const std::string& name, std::optional<std::string>& given,
-                     const std::string& help) {
+Argument* addDate(Command& verb, const std::string& name, std::optional<std::string>& given,
+                  const std::string& help) {
   return verb
-      .add_option_function<std::string>(
-          name, [&given, name](const std::string& text) { given = dateOf(name, text); }, help)
-      ->type_name("DATE");
+      .addOption(
+          name, [&given](const std::string& text) { given = dateOf(text); }, help)
+      ->typeName("DATE");
 }
 
-CLI::Option* addDateOrNone(CLI::App& verb, const std::string& name,
-                           std::optional<std::string>& given, const std::string& help) {
+Argument* addDateOrNone(Command& verb, const std::string& name, std::optional<std::string>& given,
+                        const std::string& help) {
   return verb
-      .add_option_function<std::string>(
+      .addOption(
           name,
-          [&given, name](const std::string& text) {
-            given = text.empty() ? std::string() : dateOf(name, text);
+          [&given](const std::string& text) {
+            given = text.empty() ? std::string() : dateOf(text);
           },
           help)
-      ->type_name("DATE");
+      ->typeName("DATE");
 }
 
 }  // namespace kv::cli

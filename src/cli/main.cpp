@@ -12,25 +12,14 @@
 
 namespace {
 
-// One of the words may be a password, given here by mistake; it must not be repeated where errors
-// are kept. So no more is told than the names of options.
-[[noreturn]] void refuseExtras(const CLI::App& app) {
-  std::string options;
-  for (const auto& word : app.remaining(true))
-    if (word.starts_with("-")) options += " " + word.substr(0, word.find('='));
-  throw kv::cli::UsageError(options.empty() ? "there are more words than this takes; see --help"
-                                            : "this does not take" + options + "; see --help");
-}
-
 int run(const std::vector<const char*>& words) {
-  CLI::App app{
+  kv::cli::CommandLine line(
+      "kvvesk",
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
       "what.",
-      "kvvesk"};
-  app.set_version_flag("--version", fmt::format("kvvesk {}.{}.{}", kv::kVersionMajor,
-                                                kv::kVersionMinor, kv::kVersionRevision));
-  app.allow_windows_style_options(false);  // one command line everywhere; "/..." is a path
-  app.require_subcommand(1);
+      fmt::format("{}.{}.{}", kv::kVersionMajor, kv::kVersionMinor, kv::kVersionRevision));
+  kv::cli::Command& app = line.command();
+  app.requireSubcommand();
   app.footer(
       "The register's answers go to standard output, everything else to standard error.\n"
       "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
@@ -45,6 +34,9 @@ int run(const std::vector<const char*>& words) {
   kv::cli::addRelease(app, chosen);
   kv::cli::addCollect(app, chosen);
   kv::cli::addPersonal(app, chosen);
+  kv::cli::addHoldings(app, chosen);
+  kv::cli::addReleases(app, chosen);
+  kv::cli::addStale(app, chosen);
   kv::cli::addOwners(app, chosen);
   kv::cli::addApprovers(app, chosen);
   kv::cli::addActions(app, chosen);
@@ -52,20 +44,20 @@ int run(const std::vector<const char*>& words) {
   kv::cli::addQueries(app, chosen);
   kv::cli::addUsers(app, chosen);
   kv::cli::addUser(app, chosen);
+  kv::cli::addWorkgroups(app, chosen);
   kv::cli::addRights(app, chosen);
   kv::cli::addPasswd(app, chosen);
+  kv::cli::addKeywords(app, chosen);
+  kv::cli::addLabels(app, chosen);
   kv::cli::addConfig(app, chosen);
   kv::cli::addImport(app, chosen);
   kv::cli::addExport(app, chosen);
   kv::cli::addCopy(app, chosen);
   kv::cli::addSql(app, chosen);
-  try {
-    app.parse(static_cast<int>(words.size()), words.data());
-  } catch (const CLI::ExtrasError&) {
-    refuseExtras(app);
-  } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? kv::cli::kDone : kv::cli::kUsage;
-  }
+  kv::cli::addCompletion(app, chosen);
+  kv::cli::addManpage(app, chosen);
+  int status = kv::cli::kDone;
+  if (!line.parse(words, status)) return status;
   return chosen();
 }
 

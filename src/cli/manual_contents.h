@@ -6,6 +6,6 @@
 
 namespace kv::cli {
 
-void addManualContents(CLI::App& manual, Action& chosen);
+void addManualContents(Command& manual, Action& chosen);
 
 }  // namespace kv::cli

@@ -4,7 +4,7 @@
 
 namespace kv::cli {
 
-void addManualFields(CLI::App& verb, ManualFields& fields) {
+void addManualFields(Command& verb, ManualFields& fields) {
   addText(verb, "--name", fields.name, "The name");
   addText(verb, "--field1", fields.field1, "The first data field");
   addText(verb, "--field2", fields.field2, "The second data field");

@@ -1,9 +1,9 @@
 // The fields of a manual as options: --name, --field1 and so on.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
+#include "cli/command.h"
 
 namespace kv::cli {
 
@@ -19,6 +19,6 @@ struct ManualFields {
   [[nodiscard]] bool any() const { return name || field1 || field2 || field3 || field4 || notes; }
 };
 
-void addManualFields(CLI::App& verb, ManualFields& fields);
+void addManualFields(Command& verb, ManualFields& fields);
 
 }  // namespace kv::cli

@@ -1,10 +1,11 @@
 #include "cli/output.h"
 
+#include <csv.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "cli/csv.h"
 #include "common/convert.h"
 #include "common/text.h"
 
@@ -29,6 +30,12 @@ Json jsonOf(const Variant& value) {
     case VariantKind::Object: break;
   }
   return plainText(value);
+}
+
+std::string csvField(const std::string& text) {
+  std::string out(text.size() * 2 + 2, '\0');
+  out.resize(csv_write(out.data(), out.size(), text.data(), text.size()));
+  return out;
 }
 
 bool isRightAligned(std::int32_t type) {

@@ -1,12 +1,15 @@
-// The criteria of a saved document query as options.
+// The criteria of saved queries as options.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "queries/document_query.h"
+#include "cli/command.h"
+#include "cli/query_columns.h"
+#include "cli/user_field_type.h"
+#include "queries/stored_query.h"
 
 namespace kv::cli {
 
@@ -24,16 +27,21 @@ struct QueryCriteria {
 };
 
 // --kind, --where, --on, --after and --before.
-void addCriteria(CLI::App& verb, QueryCriteria& criteria);
+void addCriteria(Command& verb, QueryCriteria& criteria);
 // --drop, for a query that has criteria already.
-void addDropping(CLI::App& verb, QueryCriteria& criteria);
+void addDropping(Command& verb, QueryCriteria& criteria);
 
-// Raises UsageError for what makes no criterion; then nothing is set.
-void checkCriteria(const QueryCriteria& criteria);
-// Sets the criteria given in a query; the others stay.
-void applyCriteria(const QueryCriteria& criteria, clsDocumentQuery& query);
+// What a column holds; only those of users hold anything but text.
+using TypeOfColumn = std::function<UserFieldType(const QueryColumn&)>;
+
+// Raises UsageError for what makes no criterion whatever the columns hold.
+void checkCriteria(const QueryCriteria& criteria, Queried of);
+// Sets the criteria given in a query; the others stay. Raises UsageError for a value or operator
+// that does not go with what the column holds; the query is not to be saved then.
+void applyCriteria(const QueryCriteria& criteria, Queried of, const TypeOfColumn& typeOf,
+                   StoredQuery& query);
 
 // Which documents a query is for: controlled, uncontrolled or all.
-[[nodiscard]] std::string kindOf(const clsDocumentQuery& query);
+[[nodiscard]] std::string kindOf(const StoredQuery& query);
 
 }  // namespace kv::cli

@@ -10,21 +10,21 @@ namespace kv::cli {
 
 namespace {
 
-Ref<Recordset> queriesWhere(const Session& session, const QueryTable& from,
+Ref<Recordset> queriesWhere(const Session& session, const QueryKind& from,
                             const std::string& condition) {
   return openOwn(session.database(),
                  std::string("Select QueryID From ") + from.table + " Where " + condition,
                  kReadOnly);
 }
 
-Ref<Recordset> queriesNamed(const Session& session, const QueryTable& from,
+Ref<Recordset> queriesNamed(const Session& session, const QueryKind& from,
                             const std::string& name) {
   return queriesWhere(session, from, "QueryName = '" + doubledQuotes(name) + "'");
 }
 
 }  // namespace
 
-std::int32_t findQuery(const Session& session, const std::string& query, const QueryTable& from) {
+std::int32_t findQuery(const Session& session, const std::string& query, const QueryKind& from) {
   if (const auto number = wholeNumber(query))
     if (queriesWhere(session, from, "QueryID = " + std::to_string(*number))->RecordCount() > 0)
       return *number;
@@ -37,8 +37,9 @@ std::int32_t findQuery(const Session& session, const std::string& query, const Q
                                               "'; give the query's number.");
 }
 
-bool isQueryName(const Session& session, const std::string& name, std::int32_t except) {
-  const auto named = queriesNamed(session, kDocumentQueries, name);
+bool isQueryName(const Session& session, const std::string& name, const QueryKind& from,
+                 std::int32_t except) {
+  const auto named = queriesNamed(session, from, name);
   for (; !named->Eof(); named->MoveNext())
     if (toInt32(named->Fields(0)->Value()) != except) return true;
   return false;

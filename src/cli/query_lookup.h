@@ -5,28 +5,37 @@
 #include <string>
 
 #include "cli/options.h"
+#include "rights/rights.h"
 
 namespace kv::cli {
 
 // The query without criteria that every new register has, and that documents are listed by.
 inline constexpr const char* kAllDocuments = "All documents";
 
-// Where the queries of one kind are stored.
-struct QueryTable {
+enum class Queried : std::uint8_t { Documents, Manuals, Users };
+
+// The queries of one kind: where they are stored and who may see and change them.
+struct QueryKind {
+  Queried of;
   const char* table;
   const char* kind;
+  std::int16_t viewRight;
+  std::int16_t changeRight;
 };
-inline constexpr QueryTable kDocumentQueries{"DocumentQuerys", "document"};
-inline constexpr QueryTable kManualQueries{"ManualQuerys", "manual"};
-inline constexpr QueryTable kUserQueries{"UserQuerys", "user"};
+inline constexpr QueryKind kDocumentQueries{Queried::Documents, "DocumentQuerys", "document",
+                                            urViewDocumentList, urCreateNewdocumentquery};
+inline constexpr QueryKind kManualQueries{Queried::Manuals, "ManualQuerys", "manual",
+                                          urViewManualList, urCreateNewManualQuery};
+inline constexpr QueryKind kUserQueries{Queried::Users, "UserQuerys", "user", urVIEWUSERLIST,
+                                        urCreateNewUserQuery};
 
 // The number of the query with this number or, when there is none, with this name. Raises 5 when
 // there is none, and when several have the name.
 [[nodiscard]] std::int32_t findQuery(const Session& session, const std::string& query,
-                                     const QueryTable& from = kDocumentQueries);
+                                     const QueryKind& from = kDocumentQueries);
 
-// Whether a document query, another one than `except`, has this name.
+// Whether a query of this kind, another one than `except`, has this name.
 [[nodiscard]] bool isQueryName(const Session& session, const std::string& name,
-                               std::int32_t except = -1);
+                               const QueryKind& from = kDocumentQueries, std::int32_t except = -1);
 
 }  // namespace kv::cli

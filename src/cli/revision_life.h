@@ -1,17 +1,17 @@
 // The parts of the verb revision that lead a revision to its approval and into force.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
+#include "cli/command.h"
 
 #include "cli/verbs.h"
 
 namespace kv::cli {
 
 // REVISION, as every part of the verb but add takes it.
-void addRevisionKey(CLI::App& verb, std::int32_t& revision);
+void addRevisionKey(Command& verb, std::int32_t& revision);
 
 // route, approve, reject, set-current and status.
-void addRevisionLife(CLI::App& verb, Action& chosen);
+void addRevisionLife(Command& verb, Action& chosen);
 
 }  // namespace kv::cli

@@ -71,6 +71,10 @@ void setWorkgroup(const Session& session, const std::string& id, const std::stri
   if (before || workgroup == kSuperUsers)
     session.requireAdministrator("only administrators may change who is one");
   storeTableValue(session.database(), kProfiles, "GroupID", workgroup, ofUser(id));
+  // A mark in the profile makes an administrator as well. Who is put elsewhere is none any more,
+  // whichever of the two it was.
+  if (before && workgroup != kSuperUsers)
+    storeTableValue(session.database(), kProfiles, "Administrator", false, ofUser(id));
   if (before) requireAnAdministrator(session);
 }
 
@@ -96,14 +100,14 @@ void UserFields::check() const {
   if (workgroup && workgroup->empty()) throw UsageError("a user needs a workgroup; 0 is the least");
 }
 
-void addUserFields(CLI::App& verb, UserFields& fields) {
+void addUserFields(Command& verb, UserFields& fields) {
   addText(verb, "--name", fields.name, "The name, by which the user logs in");
   addText(verb, "--alias", fields.alias, "The alias");
   addText(verb, "--title", fields.title, "The title");
   addText(verb, "--email", fields.email, "The e-mail address");
   addText(verb, "--workgroup", fields.workgroup,
-          "The workgroup, by number or title; -1 makes an administrator")
-      ->type_name("GROUP");
+          "The workgroup, by number or title; -1 makes an administrator, any other ends being one")
+      ->typeName("GROUP");
 }
 
 void lockUsers(ClientTransaction& transaction) {

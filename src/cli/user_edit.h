@@ -1,9 +1,9 @@
 // Adding, changing and deleting users.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
+#include "cli/command.h"
 
 #include "cli/client_transaction.h"
 #include "cli/options.h"
@@ -23,7 +23,7 @@ struct UserFields {
   void check() const;
 };
 
-void addUserFields(CLI::App& verb, UserFields& fields);
+void addUserFields(Command& verb, UserFields& fields);
 
 // One change of users at a time, so that names stay unique and an administrator is left.
 void lockUsers(ClientTransaction& transaction);

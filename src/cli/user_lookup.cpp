@@ -5,6 +5,7 @@
 #include "common/text.h"
 #include "common/text_key.h"
 #include "kvdata/table_value.h"
+#include "rights/rights.h"
 
 namespace kv::cli {
 
@@ -34,6 +35,14 @@ std::string findUser(const std::shared_ptr<Database>& database, const std::strin
   if (with("UserID", id)->RecordCount() > 1)
     refuse("Several users have the identifier '" + id + "'.");
   return id;
+}
+
+std::string userToLookAt(const Session& session, const std::optional<std::string>& user) {
+  const std::string& self = session.profile()->UserID();
+  if (!user || equalNoCase(*user, self) || equalNoCase(*user, session.profile()->UserName()))
+    return self;
+  session.requireRight(urviewuserdetail);
+  return findUser(session.database(), *user);
 }
 
 bool isUser(const std::shared_ptr<Database>& database, const std::string& name,

@@ -3,8 +3,10 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "cli/options.h"
 #include "common/variant.h"
 #include "kvdata/recordset/database.h"
 
@@ -15,6 +17,11 @@ namespace kv::cli {
 // guess.
 [[nodiscard]] std::string findUser(const std::shared_ptr<Database>& database,
                                    const std::string& user);
+
+// The user whose things are listed: the logged-in one when none is named, who needs no right for
+// it, by ID or name either. Raises 70 for anybody else without the right to look at users.
+[[nodiscard]] std::string userToLookAt(const Session& session,
+                                       const std::optional<std::string>& user);
 
 // Whether another user than the one with the ID `except` goes by this name, or by this ID.
 [[nodiscard]] bool isUser(const std::shared_ptr<Database>& database, const std::string& name,

@@ -60,10 +60,10 @@ int settle(const Options& options, std::int32_t action, Step step,
   return kDone;
 }
 
-void addStep(CLI::App& verb, Action& chosen, Step step) {
+void addStep(Command& verb, Action& chosen, Step step) {
   const bool close = step == Step::Close;
-  auto* sub = close ? verb.add_subcommand("close", "Record that an action is closed")
-                    : verb.add_subcommand("complete", "Record that an action is completed");
+  auto* sub = close ? verb.addSubcommand("close", "Record that an action is closed")
+                    : verb.addSubcommand("complete", "Record that an action is completed");
   const auto options = std::make_shared<Options>();
   const auto action = std::make_shared<std::int32_t>();
   const auto on = std::make_shared<std::optional<std::string>>();
@@ -80,9 +80,9 @@ void addStep(CLI::App& verb, Action& chosen, Step step) {
 
 }  // namespace
 
-void addAction(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("action", "Complete or close an action of your own");
-  verb->require_subcommand(1);
+void addAction(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("action", "Complete or close an action of your own");
+  verb->requireSubcommand();
   verb->footer("Administrators may settle the actions of others too.");
   addStep(*verb, chosen, Step::Complete);
   addStep(*verb, chosen, Step::Close);

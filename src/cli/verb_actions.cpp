@@ -6,7 +6,6 @@
 #include "cli/user_lookup.h"
 #include "cli/verbs.h"
 #include "common/text.h"
-#include "rights/rights.h"
 
 namespace kv::cli {
 
@@ -14,13 +13,7 @@ namespace {
 
 int list(const Options& options, const std::optional<std::string>& of, bool all) {
   const Session session(options);
-  std::string id = session.profile()->UserID();
-  // Their own are theirs even if they may not look at users.
-  if (of && !equalNoCase(*of, id) && !equalNoCase(*of, session.profile()->UserName())) {
-    session.requireRight(urviewuserdetail);
-    id = findUser(session.database(), *of);
-  }
-  const auto actions = session->GetActions(doubledQuotes(id), all);
+  const auto actions = session->GetActions(doubledQuotes(userToLookAt(session, of)), all);
   AnswerSet answer({{"ActionID", kTypeInteger},
                     {"Subject", kTypeVarWChar},
                     {"Originator", kTypeVarWChar},
@@ -42,16 +35,16 @@ int list(const Options& options, const std::optional<std::string>& of, bool all)
 
 }  // namespace
 
-void addActions(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("actions", "List what somebody has been asked to do");
+void addActions(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("actions", "List what somebody has been asked to do");
   const auto options = std::make_shared<Options>();
   const auto of = std::make_shared<std::optional<std::string>>();
   const auto all = std::make_shared<bool>(false);
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "--of", *of, "The user, by ID or name; whoever logs in when left out")
-      ->type_name("USER");
-  verb->add_flag("--all", *all, "Also those that are closed");
+      ->typeName("USER");
+  verb->addFlag("--all", *all, "Also those that are closed");
   verb->footer(
       "Reference is the document or the revision that an action is about.\n"
       "'kvvesk action' completes and closes actions.");

@@ -66,18 +66,18 @@ int config(const Options& options, const std::string& key, const std::string* va
 
 }  // namespace
 
-void addConfig(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("config", "Show configuration values, or set one");
+void addConfig(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("config", "Show configuration values, or set one");
   const auto options = std::make_shared<Options>();
   options->ownUsersDo = true;
   const auto key = std::make_shared<std::string>();
   const auto value = std::make_shared<std::string>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
-  verb->add_option("key", *key, "The value to show or set; all of them when left out");
-  auto* given = verb->add_option("value", *value, "The new value; empty for none");
+  verb->addOption("key", *key, "The value to show or set; all of them when left out");
+  auto* given = verb->addOption("value", *value, "The new value; empty for none");
   verb->callback([&chosen, options, key, value, given] {
-    const bool set = given->count() > 0;
+    const bool set = given->given();
     chosen = [options, key, value, set] {
       return config(*options, *key, set ? value.get() : nullptr);
     };

@@ -40,8 +40,8 @@ int copy(const Options& options, const std::string& to, bool users) {
 
 }  // namespace
 
-void addCopy(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addCopy(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "copy",
       "Copy a register to a new place: from a file to a server, back, or to another file; all of "
       "it or nothing; for administrators");
@@ -49,12 +49,11 @@ void addCopy(CLI::App& app, Action& chosen) {
   const auto to = std::make_shared<std::string>();
   const auto users = std::make_shared<bool>(false);
   addCommon(*verb, *options);
-  verb->add_option("to", *to, "Where to: a path, or postgresql://... of an empty database")
+  verb->addOption("to", *to, "Where to: a path, or postgresql://... of an empty database")
       ->required();
-  verb->add_flag(
-      "--users", *users,
-      "Only the users, their actions and saved queries, for registers to share: then set "
-      "UserDBLocation");
+  verb->addFlag("--users", *users,
+                "Only the users, their actions and saved queries, for registers to share: then set "
+                "UserDBLocation");
   verb->callback([&chosen, options, to, users] {
     chosen = [options, to, users] { return copy(*options, *to, *users); };
   });

@@ -110,12 +110,12 @@ int remove(const Options& options, const std::string& document) {
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::string& document) {
-  verb.add_option("document", document, "The document, by identifier or number")->required();
+void addKey(Command& verb, std::string& document) {
+  verb.addOption("document", document, "The document, by identifier or number")->required();
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all fields of a document");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all fields of a document");
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
   addCommon(*sub, *options);
@@ -126,8 +126,8 @@ void addShow(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Add a document and its first revision");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Add a document and its first revision");
   const auto options = std::make_shared<Options>();
   const auto given = std::make_shared<NewDocument>();
   addCommon(*sub, *options);
@@ -135,8 +135,8 @@ void addAdd(CLI::App& verb, Action& chosen) {
   addDocumentFields(*sub, given->fields);
   addText(*sub, "--level", given->level, "The level of the first revision");
   addDate(*sub, "--effective", given->effective, "Since when, or from when, it is effective");
-  sub->add_flag("--current", given->current,
-                "The first revision is in force; since today unless --effective says otherwise");
+  sub->addFlag("--current", given->current,
+               "The first revision is in force; since today unless --effective says otherwise");
   sub->footer(
       "A new document is controlled and not secured unless the options say otherwise.\n"
       "Its identifier is printed; show, edit, delete and revision take that or its number.");
@@ -144,8 +144,8 @@ void addAdd(CLI::App& verb, Action& chosen) {
       [&chosen, options, given] { chosen = [options, given] { return add(*options, *given); }; });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change fields of a document");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change fields of a document");
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
   const auto fields = std::make_shared<DocumentFields>();
@@ -163,8 +163,8 @@ void addEdit(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand(
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand(
       "delete", "Delete a document with its revisions, owners, approvers and copies");
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
@@ -178,9 +178,9 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addDocument(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("document", "Show, add, change or delete one document");
-  verb->require_subcommand(1);
+void addDocument(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("document", "Show, add, change or delete one document");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

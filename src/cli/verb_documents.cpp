@@ -46,8 +46,8 @@ int list(const Options& options, const Listing& listing) {
 
 }  // namespace
 
-void addDocuments(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("documents", "List documents, all or those of a saved query");
+void addDocuments(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("documents", "List documents, all or those of a saved query");
   const auto options = std::make_shared<Options>();
   const auto listing = std::make_shared<Listing>();
   addCommon(*verb, *options);
@@ -55,11 +55,11 @@ void addDocuments(CLI::App& app, Action& chosen) {
   addText(*verb, "--query", listing->query,
           std::string("The saved query to list by, by number or name; '") + kAllDocuments +
               "' when left out");
-  verb->add_option("--sort", listing->sort,
-                   "The columns to sort by, parted by commas, each with asc or desc behind it; the "
-                   "title when left out, or the number where the register says so");
-  verb->add_option("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->capture_default_str();
+  verb->addOption("--sort", listing->sort,
+                  "The columns to sort by, parted by commas, each with asc or desc behind it; the "
+                  "title when left out, or the number where the register says so");
+  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
+      ->showDefault();
   verb->footer(
       "Columns: ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
       "DocUser1 to\nDocUser4, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID.\n"

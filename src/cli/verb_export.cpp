@@ -108,15 +108,15 @@ int exportTo(const Options& options, const std::string& to) {
 
 }  // namespace
 
-void addExport(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addExport(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "export",
       "Write a register as a folder of CSV files that can be imported, all of it or nothing; for "
       "administrators");
   const auto options = std::make_shared<Options>();
   const auto folder = std::make_shared<std::string>();
   addCommon(*verb, *options);
-  verb->add_option("folder", *folder, "The folder to make; it may be there if it is empty")
+  verb->addOption("folder", *folder, "The folder to make; it may be there if it is empty")
       ->required();
   verb->footer(
       "What was written is imported and compared before it is kept. What the files cannot carry, "

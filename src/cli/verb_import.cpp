@@ -59,30 +59,21 @@ int import(const Options& options, const std::string& folder, const std::string&
   return report.problems.empty() ? kDone : kRefused;
 }
 
-// The options' own check reads paths in the code of the machine where that is not UTF-8.
-std::string folderProblem(const std::string& folder) {
-  std::error_code ignored;
-  const auto status = std::filesystem::status(pathOf(folder), ignored);
-  if (!std::filesystem::exists(status)) return "Directory does not exist: " + folder;
-  if (!std::filesystem::is_directory(status)) return "Directory is actually a file: " + folder;
-  return {};
-}
-
 }  // namespace
 
-void addImport(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addImport(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "import",
       "Fill a register from a folder of CSV files, all of it or nothing; for administrators");
   const auto options = std::make_shared<Options>();
   const auto folder = std::make_shared<std::string>();
   const auto asOf = std::make_shared<std::string>();
-  verb->add_option("folder", *folder, "The folder with users.csv, documents.csv and the others")
+  verb->addOption("folder", *folder, "The folder with users.csv, documents.csv and the others")
       ->required()
-      ->check(folderProblem, "DIR");
+      ->existingFolder();
   addCommon(*verb, *options);
-  verb->add_option("--as-of", *asOf,
-                   "Date and time that new identifiers of manuals are made of; now when left out");
+  verb->addOption("--as-of", *asOf,
+                  "Date and time that new identifiers of manuals are made of; now when left out");
   verb->callback([&chosen, options, folder, asOf] {
     chosen = [options, folder, asOf] { return import(*options, *folder, *asOf); };
   });

@@ -109,12 +109,12 @@ int remove(const Options& options, const std::string& manual) {
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::string& manual) {
-  verb.add_option("manual", manual, "The manual, by identifier or name")->required();
+void addKey(Command& verb, std::string& manual) {
+  verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all fields of a manual");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all fields of a manual");
   const auto options = std::make_shared<Options>();
   const auto manual = std::make_shared<std::string>();
   addCommon(*sub, *options);
@@ -125,8 +125,8 @@ void addShow(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Add a manual, without documents as yet");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Add a manual, without documents as yet");
   const auto options = std::make_shared<Options>();
   const auto fields = std::make_shared<ManualFields>();
   addCommon(*sub, *options);
@@ -138,8 +138,8 @@ void addAdd(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change fields of a manual");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change fields of a manual");
   const auto options = std::make_shared<Options>();
   const auto manual = std::make_shared<std::string>();
   const auto fields = std::make_shared<ManualFields>();
@@ -153,8 +153,8 @@ void addEdit(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand(
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand(
       "delete", "Delete a manual with its copies; the documents in it stay in the register");
   const auto options = std::make_shared<Options>();
   const auto manual = std::make_shared<std::string>();
@@ -168,10 +168,10 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addManual(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addManual(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "manual", "Show, add, change or delete one manual; change which documents are in it");
-  verb->require_subcommand(1);
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

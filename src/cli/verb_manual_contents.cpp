@@ -6,6 +6,7 @@
 #include "cli/answer_set.h"
 #include "cli/client_transaction.h"
 #include "cli/document_access.h"
+#include "cli/given_options.h"
 #include "cli/manual_contents.h"
 #include "cli/manual_lookup.h"
 #include "cli/output.h"
@@ -153,12 +154,12 @@ int move(const Options& options, const Placing& given) {
 using List = int (*)(const Options&, const std::string&);
 using Change = int (*)(const Options&, const Placing&);
 
-void addManualKey(CLI::App& verb, std::string& manual) {
-  verb.add_option("manual", manual, "The manual, by identifier or name")->required();
+void addManualKey(Command& verb, std::string& manual) {
+  verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-CLI::App* addList(CLI::App& verb, Action& chosen, const char* name, const char* help, List run) {
-  auto* sub = verb.add_subcommand(name, help);
+Command* addList(Command& verb, Action& chosen, const char* name, const char* help, List run) {
+  auto* sub = verb.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto manual = std::make_shared<std::string>();
   addCommon(*sub, *options);
@@ -172,17 +173,17 @@ CLI::App* addList(CLI::App& verb, Action& chosen, const char* name, const char* 
 
 enum class Position : std::uint8_t { None, Optional, Required };
 
-CLI::App* addChange(CLI::App& verb, Action& chosen, const char* name, const char* help,
-                    Position position, Change run) {
-  auto* sub = verb.add_subcommand(name, help);
+Command* addChange(Command& verb, Action& chosen, const char* name, const char* help,
+                   Position position, Change run) {
+  auto* sub = verb.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto given = std::make_shared<Placing>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
   addManualKey(*sub, given->manual);
-  sub->add_option("document", given->document, "The document, by identifier or number")->required();
+  sub->addOption("document", given->document, "The document, by identifier or number")->required();
   if (position != Position::None)
-    sub->add_option("position", given->position, "The place in the manual, counted from 1")
+    addNumber(*sub, "position", given->position, "The place in the manual, counted from 1")
         ->required(position == Position::Required);
   sub->callback([&chosen, options, given, run] {
     chosen = [options, given, run] { return run(*options, *given); };
@@ -192,7 +193,7 @@ CLI::App* addChange(CLI::App& verb, Action& chosen, const char* name, const char
 
 }  // namespace
 
-void addManualContents(CLI::App& manual, Action& chosen) {
+void addManualContents(Command& manual, Action& chosen) {
   addList(manual, chosen, "contents", "List the documents in a manual, in its order", contents)
       ->footer("Secured documents are listed for administrators and their owners only.");
   addList(manual, chosen, "copies", "List who has a manual, as hard copies or on a personal list",

@@ -34,19 +34,19 @@ int list(const Options& options, const Listing& listing) {
 
 }  // namespace
 
-void addManuals(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("manuals", "List manuals, all or those of a saved query");
+void addManuals(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("manuals", "List manuals, all or those of a saved query");
   const auto options = std::make_shared<Options>();
   const auto listing = std::make_shared<Listing>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "--query", listing->query,
           "The saved manual query to list by, by number or name; all manuals when left out");
-  verb->add_option("--sort", listing->sort,
-                   "The columns to sort by, parted by commas, each with asc or desc behind it")
-      ->capture_default_str();
-  verb->add_option("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->capture_default_str();
+  verb->addOption("--sort", listing->sort,
+                  "The columns to sort by, parted by commas, each with asc or desc behind it")
+      ->showDefault();
+  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
+      ->showDefault();
   verb->footer("Columns: ID, ManualID, ManualName, ManUser1 to ManUser4, ManUserMemo.");
   verb->callback([&chosen, options, listing] {
     chosen = [options, listing] { return list(*options, *listing); };

@@ -109,24 +109,24 @@ int create(const Options& options, const std::string& usersPlace) {
 
 }  // namespace
 
-void addNew(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addNew(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "new", "Make an empty register with an administrator, or a database of users and actions");
   const auto options = std::make_shared<Options>();
   const auto users = std::make_shared<std::string>();
   auto* path =
-      verb->add_option("register", options->registerPath, "The file to make; it must not exist");
-  auto* user = verb->add_option(
+      verb->addOption("register", options->registerPath, "The file to make; it must not exist");
+  auto* user = verb->addOption(
       "-u,--user", options->user,
       "Name of the administrator; the password comes from KVVESK_PASSWORD or is asked for");
   path->needs(user);
   user->needs(path);
-  verb->add_option("--users", *users,
-                   "Keep users and actions in this file, which several registers may share. "
-                   "Without a register to make: make this file");
+  verb->addOption("--users", *users,
+                  "Keep users and actions in this file, which several registers may share. "
+                  "Without a register to make: make this file");
   verb->callback([&chosen, options, users] {
     if (options->registerPath.empty() && users->empty())
-      throw CLI::RequiredError("register or --users");
+      throw UsageError("register or --users is required");
     chosen = [options, users] {
       return options->registerPath.empty() ? createUsers(*users) : create(*options, *users);
     };

@@ -178,31 +178,31 @@ int moveApprover(const Options& options, const Words& words) {
 
 using Change = int (*)(const Options& options, const Words& words);
 
-void addChange(CLI::App& verb, Action& chosen, const char* name, const char* help, Change change,
+void addChange(Command& verb, Action& chosen, const char* name, const char* help, Change change,
                bool orders, bool mustOrder) {
-  auto* sub = verb.add_subcommand(name, help);
+  auto* sub = verb.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto words = std::make_shared<Words>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("document", words->document, "The document, by identifier or number")->required();
-  sub->add_option("user", words->user, "The user, by ID or name")->required();
+  sub->addOption("document", words->document, "The document, by identifier or number")->required();
+  sub->addOption("user", words->user, "The user, by ID or name")->required();
   if (orders)
     addText(*sub, "--before", words->before, "The approver who is asked next, by ID or name")
-        ->type_name("USER")
+        ->typeName("USER")
         ->required(mustOrder);
   sub->callback([&chosen, options, words, change] {
     chosen = [options, words, change] { return change(*options, *words); };
   });
 }
 
-void addShow(CLI::App& verb, Action& chosen, List list, const char* help) {
-  auto* sub = verb.add_subcommand("show", help);
+void addShow(Command& verb, Action& chosen, List list, const char* help) {
+  auto* sub = verb.addSubcommand("show", help);
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("document", *document, "The document, by identifier or number")->required();
+  sub->addOption("document", *document, "The document, by identifier or number")->required();
   sub->callback([&chosen, list, options, document] {
     chosen = [list, options, document] { return show(*options, list, *document); };
   });
@@ -210,18 +210,18 @@ void addShow(CLI::App& verb, Action& chosen, List list, const char* help) {
 
 }  // namespace
 
-void addOwners(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("owners", "Show or change who owns a document");
-  verb->require_subcommand(1);
+void addOwners(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("owners", "Show or change who owns a document");
+  verb->requireSubcommand();
   addShow(*verb, chosen, ownersOf, "Show the owners of a document");
   addChange(*verb, chosen, "add", "Make a user an owner of a document", addOwner, false, false);
   addChange(*verb, chosen, "remove", "Let a user be an owner no longer", removeOwner, false, false);
 }
 
-void addApprovers(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addApprovers(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "approvers", "Show or change who must approve the revisions of a document, in which order");
-  verb->require_subcommand(1);
+  verb->requireSubcommand();
   addShow(*verb, chosen, approversOf, "Show the approval list of a document, in its order");
   addChange(*verb, chosen, "add",
             "Put a user into the approval list of a document: behind the last, or before another",

@@ -33,14 +33,14 @@ int change(const Options& options, const std::string& user) {
 
 }  // namespace
 
-void addPasswd(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
+void addPasswd(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
       "passwd", "Give a user a new password, from KVVESK_NEW_PASSWORD or the terminal");
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::string>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
-  verb->add_option("name", *user, "The user, by ID or name")->required();
+  verb->addOption("name", *user, "The user, by ID or name")->required();
   verb->callback(
       [&chosen, options, user] { chosen = [options, user] { return change(*options, *user); }; });
 }

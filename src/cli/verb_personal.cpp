@@ -9,8 +9,8 @@ namespace {
 
 using Change = int (*)(const Options&, const CopyChange&);
 
-void addPart(CLI::App& verb, Action& chosen, const char* name, const char* help, Change run) {
-  auto* sub = verb.add_subcommand(name, help);
+void addPart(Command& verb, Action& chosen, const char* name, const char* help, Change run) {
+  auto* sub = verb.addSubcommand(name, help);
   const auto options = std::make_shared<Options>();
   const auto change = std::make_shared<CopyChange>();
   addCommon(*sub, *options);
@@ -27,9 +27,9 @@ void addPart(CLI::App& verb, Action& chosen, const char* name, const char* help,
 
 }  // namespace
 
-void addPersonal(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("personal", "Change what is on a user's personal list");
-  verb->require_subcommand(1);
+void addPersonal(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("personal", "Change what is on a user's personal list");
+  verb->requireSubcommand();
   addPart(*verb, chosen, "add", "Put a document or a manual on a personal list", giveCopy);
   addPart(*verb, chosen, "remove", "Take a document or a manual off a personal list", takeOffList);
 }

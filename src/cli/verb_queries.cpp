@@ -7,12 +7,13 @@
 #include "cli/output.h"
 #include "cli/query_criteria.h"
 #include "cli/query_lookup.h"
+#include "cli/saved_query.h"
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/convert.h"
 #include "common/error.h"
+#include "common/text.h"
 #include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::cli {
 
@@ -21,15 +22,21 @@ namespace {
 constexpr const char* kKey = "QueryID";
 constexpr const char* kName = "QueryName";
 
-AnswerSet answerOfQueries() {
-  return AnswerSet({{kKey, kTypeInteger},
-                    {kName, kTypeVarWChar},
-                    {"Kind", kTypeVarWChar},
-                    {"Condition", kTypeLongVarWChar}});
+// Only those of documents are for a kind of them.
+bool haveKinds(const QueryKind& kind) { return kind.of == Queried::Documents; }
+
+AnswerSet answerOfQueries(const QueryKind& kind) {
+  if (haveKinds(kind))
+    return AnswerSet({{kKey, kTypeInteger},
+                      {kName, kTypeVarWChar},
+                      {"Kind", kTypeVarWChar},
+                      {"Condition", kTypeLongVarWChar}});
+  return AnswerSet(
+      {{kKey, kTypeInteger}, {kName, kTypeVarWChar}, {"Condition", kTypeLongVarWChar}});
 }
 
 // The condition as it goes into statements; in parentheses why there is none.
-std::string conditionOf(const clsDocumentQuery& query) {
+std::string conditionOf(const StoredQuery& query) {
   try {
     return query.JetSQL();
   } catch (const Error& e) {
@@ -37,154 +44,204 @@ std::string conditionOf(const clsDocumentQuery& query) {
   }
 }
 
-void addTo(AnswerSet& answer, const clsDocumentQuery& query) {
-  answer.add({query.id(), query.GetQueryValue(kName), kindOf(query), conditionOf(query)});
+void addTo(AnswerSet& answer, const QueryKind& kind, const StoredQuery& query) {
+  const Variant name = query.GetQueryValue(kName);
+  if (haveKinds(kind))
+    answer.add({query.id(), name, kindOf(query), conditionOf(query)});
+  else
+    answer.add({query.id(), name, conditionOf(query)});
 }
 
-int show(const Options& options, const std::optional<std::string>& query) {
+int show(const Options& options, const QueryKind& kind, const std::optional<std::string>& query) {
   const Session session(options);
-  session.requireRight(urViewDocumentList);
-  AnswerSet answer = answerOfQueries();
+  session.requireRight(kind.viewRight);
+  AnswerSet answer = answerOfQueries(kind);
   if (query) {
-    addTo(answer, *session->Document()->GetQuery(findQuery(session, *query)));
+    addTo(answer, kind, *SavedQuery::load(session, kind, findQuery(session, *query, kind)));
     answer.rows().MoveFirst();
     writeDetail(std::cout, answer.rows(), options.format);
     return kDone;
   }
   const auto all =
-      openOwn(session.database(), "Select QueryID From DocumentQuerys Order By QueryID", kReadOnly);
+      openOwn(session.database(),
+              std::string("Select QueryID From ") + kind.table + " Order By QueryID", kReadOnly);
   for (; !all->Eof(); all->MoveNext())
-    addTo(answer, *session->Document()->GetQuery(toInt32(all->Fields(0)->Value())));
+    addTo(answer, kind, *SavedQuery::load(session, kind, toInt32(all->Fields(0)->Value())));
   writeRows(std::cout, answer.rows(), options.format);
   return kDone;
 }
 
 // Queries are found by their names.
-void requireFreeName(const Session& session, const std::string& name, std::int32_t except = -1) {
-  if (isQueryName(session, name, except))
-    throw Error(kInvalidCall, "kvvesk", "There is a document query '" + name + "' already.");
+void requireFreeName(const Session& session, const QueryKind& kind, const std::string& name,
+                     std::int32_t except = -1) {
+  if (isQueryName(session, name, kind, except))
+    throw Error(kInvalidCall, "kvvesk",
+                std::string("There is a ") + kind.kind + " query '" + name + "' already.");
 }
 
 void requireName(const std::string& name) {
   if (name.empty()) throw UsageError("a query needs a name");
 }
 
-int add(const Options& options, const std::string& name, const QueryCriteria& criteria) {
+void apply(const Session& session, const QueryKind& kind, const QueryCriteria& criteria,
+           StoredQuery& query) {
+  const auto typeOf = [&](const QueryColumn& column) {
+    const auto types = session->User()->Labels(session.profile());
+    const std::string type = "Type" + column.name;
+    for (std::int32_t i = 0; i < types->Fields().Count(); ++i)
+      if (types->Fields(i)->Name() == type) return userFieldType(types->Fields(i)->Value());
+    return UserFieldType::Text;  // name, alias and title
+  };
+  applyCriteria(criteria, kind.of, typeOf, query);
+}
+
+int add(const Options& options, const QueryKind& kind, const std::string& name,
+        const QueryCriteria& criteria) {
   requireName(name);
-  checkCriteria(criteria);
+  checkCriteria(criteria, kind.of);
   const Session session(options);
-  session.requireRight(urCreateNewdocumentquery);
+  session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
-  transaction.lock("DocumentQuerys");
-  requireFreeName(session, name);
-  const auto query = session->Document()->AddQuery();
+  transaction.lock(kind.table);
+  requireFreeName(session, kind, name);
+  const auto query = SavedQuery::add(session, kind);
   query->SetQueryValue(kName, name);
-  applyCriteria(criteria, *query);
-  session->Document()->SaveQuery(query);
+  apply(session, kind, criteria, *query);
+  query.save(session);
   transaction.commit();
   writeDone(std::cout, "added the query " + std::to_string(query->id()) + ", " + name,
             {{kKey, query->id()}}, options.format);
   return kDone;
 }
 
-int edit(const Options& options, const std::string& which, const std::optional<std::string>& name,
-         const QueryCriteria& criteria) {
+int edit(const Options& options, const QueryKind& kind, const std::string& which,
+         const std::optional<std::string>& name, const QueryCriteria& criteria) {
   if (!name && !criteria.any())
     throw UsageError("nothing to change: give a name or at least one criterion");
   if (name) requireName(*name);
-  checkCriteria(criteria);
+  checkCriteria(criteria, kind.of);
   const Session session(options);
-  session.requireRight(urCreateNewdocumentquery);
+  session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
-  transaction.lock("DocumentQuerys");
-  const auto query = session->Document()->GetQuery(findQuery(session, which));
+  transaction.lock(kind.table);
+  const auto query = SavedQuery::load(session, kind, findQuery(session, which, kind));
   if (name) {
-    requireFreeName(session, *name, query->id());
+    requireFreeName(session, kind, *name, query->id());
     query->SetQueryValue(kName, *name);
   }
-  applyCriteria(criteria, *query);
-  session->Document()->SaveQuery(query);
+  apply(session, kind, criteria, *query);
+  query.save(session);
   transaction.commit();
   writeDone(std::cout, "changed the query " + std::to_string(query->id()), {{kKey, query->id()}},
             options.format);
   return kDone;
 }
 
-int remove(const Options& options, const std::string& which) {
+int remove(const Options& options, const QueryKind& kind, const std::string& which) {
   const Session session(options);
-  session.requireRight(urCreateNewdocumentquery);
+  session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
-  const std::int32_t id = findQuery(session, which);
-  session->Document()->DeleteQuery(id);
+  const std::int32_t id = findQuery(session, which, kind);
+  SavedQuery::remove(session, kind, id);
   transaction.commit();
   writeDone(std::cout, "deleted the query " + std::to_string(id), {{kKey, id}}, options.format);
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::string& query) {
-  verb.add_option("query", query, "The query, by number or name")->required();
+void addOf(Command& verb, QueryKind& kind) {
+  verb.addOption(
+          "--of",
+          [&kind](const std::string& of) {
+            if (equalNoCase(of, "documents"))
+              kind = kDocumentQueries;
+            else if (equalNoCase(of, "manuals"))
+              kind = kManualQueries;
+            else if (equalNoCase(of, "users"))
+              kind = kUserQueries;
+            else
+              throw WrongWord("takes documents, manuals or users, not '" + of + "'");
+          },
+          "Queries of documents, manuals or users; documents when left out")
+      ->typeName("KIND");
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all saved queries, or one, with their conditions");
+void addKey(Command& verb, std::string& query) {
+  verb.addOption("query", query, "The query, by number or name")->required();
+}
+
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all saved queries, or one, with their conditions");
   const auto options = std::make_shared<Options>();
+  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::optional<std::string>>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
+  addOf(*sub, *kind);
   addText(*sub, "query", *query, "The query, by number or name; all of them when left out");
-  sub->callback(
-      [&chosen, options, query] { chosen = [options, query] { return show(*options, *query); }; });
+  sub->callback([&chosen, options, kind, query] {
+    chosen = [options, kind, query] { return show(*options, *kind, *query); };
+  });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Save a new query");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Save a new query");
   const auto options = std::make_shared<Options>();
+  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto name = std::make_shared<std::string>();
   const auto criteria = std::make_shared<QueryCriteria>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("name", *name, "The name it is listed by")->required();
+  addOf(*sub, *kind);
+  sub->addOption("name", *name, "The name it is listed by")->required();
   addCriteria(*sub, *criteria);
-  sub->callback([&chosen, options, name, criteria] {
-    chosen = [options, name, criteria] { return add(*options, *name, *criteria); };
+  sub->callback([&chosen, options, kind, name, criteria] {
+    chosen = [options, kind, name, criteria] { return add(*options, *kind, *name, *criteria); };
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change the name or criteria of a saved query");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change the name or criteria of a saved query");
   const auto options = std::make_shared<Options>();
+  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::string>();
   const auto name = std::make_shared<std::optional<std::string>>();
   const auto criteria = std::make_shared<QueryCriteria>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
+  addOf(*sub, *kind);
   addKey(*sub, *query);
   addText(*sub, "--name", *name, "The new name");
   addCriteria(*sub, *criteria);
   addDropping(*sub, *criteria);
-  sub->callback([&chosen, options, query, name, criteria] {
-    chosen = [options, query, name, criteria] { return edit(*options, *query, *name, *criteria); };
+  sub->callback([&chosen, options, kind, query, name, criteria] {
+    chosen = [options, kind, query, name, criteria] {
+      return edit(*options, *kind, *query, *name, *criteria);
+    };
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("delete", "Delete a saved query");
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("delete", "Delete a saved query");
   const auto options = std::make_shared<Options>();
+  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto query = std::make_shared<std::string>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
+  addOf(*sub, *kind);
   addKey(*sub, *query);
-  sub->callback([&chosen, options, query] {
-    chosen = [options, query] { return remove(*options, *query); };
+  sub->callback([&chosen, options, kind, query] {
+    chosen = [options, kind, query] { return remove(*options, *kind, *query); };
   });
 }
 
 }  // namespace
 
-void addQueries(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
-      "queries", "Show, add, change or delete the saved queries that documents are listed by");
-  verb->require_subcommand(1);
+void addQueries(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
+      "queries",
+      "Show, add, change or delete the saved queries that documents, manuals and users are listed "
+      "by");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

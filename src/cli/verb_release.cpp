@@ -55,8 +55,8 @@ int collect(const Options& options, std::int32_t release, const CopyChange& chan
 
 }  // namespace
 
-void addRelease(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("release", "Give a document or a manual to a user");
+void addRelease(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("release", "Give a document or a manual to a user");
   const auto options = std::make_shared<Options>();
   const auto change = std::make_shared<CopyChange>();
   addCommon(*verb, *options);
@@ -64,7 +64,7 @@ void addRelease(CLI::App& app, Action& chosen) {
   addText(*verb, "--document", change->document, "The document, by identifier or number");
   addText(*verb, "--manual", change->manual, "The manual, by identifier or name");
   addText(*verb, "--to", change->user, "The user, by ID or name")->required();
-  verb->add_flag("--hard", change->hard, "As a hard copy; on the user's personal list without it");
+  verb->addFlag("--hard", change->hard, "As a hard copy; on the user's personal list without it");
   addText(*verb, "--copy", change->copy,
           "The number of a manual's hard copy; the next one when left out");
   verb->footer(
@@ -75,8 +75,8 @@ void addRelease(CLI::App& app, Action& chosen) {
   });
 }
 
-void addCollect(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("collect", "Take hard copies back from a user");
+void addCollect(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("collect", "Take hard copies back from a user");
   const auto options = std::make_shared<Options>();
   const auto number = std::make_shared<std::int32_t>(kNoRelease);
   const auto change = std::make_shared<CopyChange>();

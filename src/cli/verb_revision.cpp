@@ -36,7 +36,7 @@ struct RevisionFields {
   }
 };
 
-void addFields(CLI::App& verb, RevisionFields& fields) {
+void addFields(Command& verb, RevisionFields& fields) {
   addText(verb, "--level", fields.level, "The level, such as A or 2");
   addText(verb, "--field1", fields.field1, "The first data field");
   addText(verb, "--field2", fields.field2, "The second data field");
@@ -153,8 +153,8 @@ int remove(const Options& options, std::int32_t revision) {
   return kDone;
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all fields of a revision");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all fields of a revision");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   addCommon(*sub, *options);
@@ -165,15 +165,15 @@ void addShow(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Add a revision that is being prepared to a document");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Add a revision that is being prepared to a document");
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
   const auto fields = std::make_shared<RevisionFields>();
   const auto responsible = std::make_shared<std::optional<std::string>>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
-  sub->add_option("document", *document, "The document, by identifier or number")->required();
+  sub->addOption("document", *document, "The document, by identifier or number")->required();
   addFields(*sub, *fields);
   addText(*sub, "--responsible", *responsible,
           "Who prepares it, by ID or name; whoever logs in when left out");
@@ -184,8 +184,8 @@ void addAdd(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change fields of a revision");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change fields of a revision");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   const auto fields = std::make_shared<RevisionFields>();
@@ -203,8 +203,8 @@ void addEdit(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand(
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand(
       "delete", "Delete a revision, not the file at its location; never the one in force");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
@@ -218,14 +218,14 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addRevisionKey(CLI::App& verb, std::int32_t& revision) {
+void addRevisionKey(Command& verb, std::int32_t& revision) {
   addNumber(verb, "revision", revision, "The revision's number, as 'kvvesk revisions' lists it")
       ->required();
 }
 
-void addRevision(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("revision", "Show, add, change, approve or delete one revision");
-  verb->require_subcommand(1);
+void addRevision(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("revision", "Show, add, change, approve or delete one revision");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

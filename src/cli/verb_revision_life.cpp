@@ -192,16 +192,16 @@ constexpr const char* kStepJson =
     "JSON: columns and rows of where the revision stands, and under \"actions\" those of what was "
     "sent";
 
-void addRoute(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("route", "Ask the approvers of the document for their approval");
+void addRoute(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("route", "Ask the approvers of the document for their approval");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   const auto again = std::make_shared<bool>(false);
   addCommon(*sub, *options);
   addJson(*sub, *options, kStepJson);
   addRevisionKey(*sub, *revision);
-  sub->add_flag("--again", *again,
-                "Also while it is awaiting approval or is approved: all approvers decide anew");
+  sub->addFlag("--again", *again,
+               "Also while it is awaiting approval or is approved: all approvers decide anew");
   sub->footer(
       "The first time, the document's approvers become those of the revision, in their order; "
       "later "
@@ -213,10 +213,10 @@ void addRoute(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addDecision(CLI::App& verb, Action& chosen, Decision decision) {
+void addDecision(Command& verb, Action& chosen, Decision decision) {
   const bool approve = decision == Decision::Approve;
-  auto* sub = approve ? verb.add_subcommand("approve", "Approve a revision when it is your turn")
-                      : verb.add_subcommand("reject", "Reject a revision when it is your turn");
+  auto* sub = approve ? verb.addSubcommand("approve", "Approve a revision when it is your turn")
+                      : verb.addSubcommand("reject", "Reject a revision when it is your turn");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   const auto user = std::make_shared<std::optional<std::string>>();
@@ -225,7 +225,7 @@ void addDecision(CLI::App& verb, Action& chosen, Decision decision) {
   addJson(*sub, *options, kStepJson);
   addRevisionKey(*sub, *revision);
   addText(*sub, "--for", *user, "The approver in whose place to decide, by ID or name")
-      ->type_name("USER");
+      ->typeName("USER");
   addText(*sub, "--notes", *notes, "The approver's remark");
   sub->footer(approve
                   ? "The next approver is told, if the register's options say so. When all have "
@@ -240,9 +240,9 @@ void addDecision(CLI::App& verb, Action& chosen, Decision decision) {
   });
 }
 
-void addSetCurrent(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("set-current",
-                                  "Put a revision in force; the one before goes out of date");
+void addSetCurrent(Command& verb, Action& chosen) {
+  auto* sub =
+      verb.addSubcommand("set-current", "Put a revision in force; the one before goes out of date");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   addCommon(*sub, *options);
@@ -258,9 +258,8 @@ void addSetCurrent(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addStatus(CLI::App& verb, Action& chosen) {
-  auto* sub =
-      verb.add_subcommand("status", "Say where a revision stands, and who has decided what");
+void addStatus(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("status", "Say where a revision stands, and who has decided what");
   const auto options = std::make_shared<Options>();
   const auto revision = std::make_shared<std::int32_t>();
   addCommon(*sub, *options);
@@ -276,7 +275,7 @@ void addStatus(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addRevisionLife(CLI::App& verb, Action& chosen) {
+void addRevisionLife(Command& verb, Action& chosen) {
   addStatus(verb, chosen);
   addRoute(verb, chosen);
   addDecision(verb, chosen, Decision::Approve);

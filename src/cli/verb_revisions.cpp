@@ -41,13 +41,13 @@ int list(const Options& options, const std::string& document) {
 
 }  // namespace
 
-void addRevisions(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("revisions", "List the revisions of a document");
+void addRevisions(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("revisions", "List the revisions of a document");
   const auto options = std::make_shared<Options>();
   const auto document = std::make_shared<std::string>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
-  verb->add_option("document", *document, "The document, by identifier or number")->required();
+  verb->addOption("document", *document, "The document, by identifier or number")->required();
   verb->callback([&chosen, options, document] {
     chosen = [options, document] { return list(*options, *document); };
   });

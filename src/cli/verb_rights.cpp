@@ -111,14 +111,7 @@ class SettingAnswer {
 
 int show(const Options& options, const std::optional<std::string>& of) {
   const Session session(options);
-  const std::string& self = session.profile()->UserID();
-  std::string id = self;
-  // Their own rights are known by their ID or name even to those who may not look at users.
-  if (of && !equalNoCase(*of, self) && !equalNoCase(*of, session.profile()->UserName())) {
-    session.requireRight(urviewuserdetail);
-    id = findUser(session.database(), *of);
-  }
-  const auto profile = profileOf(session, id);
+  const auto profile = profileOf(session, userToLookAt(session, of));
   SettingAnswer answer(session);
   for (const auto kind : {SettingKind::UserRight, SettingKind::OwnerRight, SettingKind::UserOption,
                           SettingKind::ApplicationOption})
@@ -225,33 +218,33 @@ int edit(const Options& options, const Changes& changes) {
   return kDone;
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand(
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand(
       "show", "Show what a user may do, what owners may do, and the options in force");
   const auto options = std::make_shared<Options>();
   const auto of = std::make_shared<std::optional<std::string>>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
   addText(*sub, "--of", *of, "The user, by ID or name; whoever logs in when left out")
-      ->type_name("USER");
+      ->typeName("USER");
   sub->callback([&chosen, options, of] { chosen = [options, of] { return show(*options, *of); }; });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change rights and options");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change rights and options");
   const auto options = std::make_shared<Options>();
   const auto changes = std::make_shared<Changes>();
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
   const auto numbers = [&](const char* name, std::optional<std::string>& target, const char* help) {
-    return addText(*sub, name, target, help)->type_name("NUMBERS");
+    return addText(*sub, name, target, help)->typeName("NUMBERS");
   };
-  addText(*sub, "--of", changes->of, "Whose rights to change, by ID or name")->type_name("USER");
+  addText(*sub, "--of", changes->of, "Whose rights to change, by ID or name")->typeName("USER");
   auto* grant = numbers("--grant", changes->user.on, "Rights that the user gets; administrators");
   auto* revoke =
       numbers("--revoke", changes->user.off, "Rights that the user loses; administrators");
-  sub->add_flag("--inherit", changes->inherit,
-                "The user has the rights of the workgroup from now on; administrators")
+  sub->addFlag("--inherit", changes->inherit,
+               "The user has the rights of the workgroup from now on; administrators")
       ->excludes(grant)
       ->excludes(revoke);
   numbers("--owner-grant", changes->owner.on, "Rights that all owners get; administrators");
@@ -272,9 +265,9 @@ void addEdit(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addRights(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("rights", "Show or change rights and options");
-  verb->require_subcommand(1);
+void addRights(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("rights", "Show or change rights and options");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addEdit(*verb, chosen);
 }

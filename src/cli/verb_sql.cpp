@@ -61,15 +61,15 @@ int runText(const Options& options, const std::string& text) {
 
 }  // namespace
 
-void addSql(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand(
-      "sql", "Run a statement of the register's SQL dialect; for administrators");
+void addSql(Command& app, Action& chosen) {
+  auto* verb =
+      app.addSubcommand("sql", "Run a statement of the register's SQL dialect; for administrators");
   const auto options = std::make_shared<Options>();
   const auto text = std::make_shared<std::string>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, true);
-  verb->add_option("text", *text,
-                   "The statement, or - for statements from standard input, one per line")
+  verb->addOption("text", *text,
+                  "The statement, or - for statements from standard input, one per line")
       ->required();
   verb->callback(
       [&chosen, options, text] { chosen = [options, text] { return runText(*options, *text); }; });

@@ -114,12 +114,12 @@ int remove(const Options& options, const std::string& user) {
   return kDone;
 }
 
-void addKey(CLI::App& verb, std::string& user) {
-  verb.add_option("name", user, "The user, by ID or name")->required();
+void addKey(Command& verb, std::string& user) {
+  verb.addOption("name", user, "The user, by ID or name")->required();
 }
 
-void addShow(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("show", "Show all fields of a user, and the workgroup");
+void addShow(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("show", "Show all fields of a user, and the workgroup");
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::string>();
   addCommon(*sub, *options);
@@ -129,16 +129,16 @@ void addShow(CLI::App& verb, Action& chosen) {
       [&chosen, options, user] { chosen = [options, user] { return show(*options, *user); }; });
 }
 
-void addAdd(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("add", "Add a user");
+void addAdd(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("add", "Add a user");
   const auto options = std::make_shared<Options>();
   const auto fields = std::make_shared<UserFields>();
   const auto withoutPassword = std::make_shared<bool>(false);
   addCommon(*sub, *options);
   addFormats(*sub, *options, false);
   addUserFields(*sub, *fields);
-  sub->add_flag("--no-password", *withoutPassword,
-                "The user cannot log in until somebody gives him a password");
+  sub->addFlag("--no-password", *withoutPassword,
+               "The user cannot log in until somebody gives him a password");
   sub->footer(
       "The new user's password comes from KVVESK_NEW_PASSWORD or is asked for.\n"
       "A user is in the workgroup 0, View Only Users, unless --workgroup says otherwise.\n"
@@ -150,8 +150,8 @@ void addAdd(CLI::App& verb, Action& chosen) {
   });
 }
 
-void addEdit(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand("edit", "Change fields of a user");
+void addEdit(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("edit", "Change fields of a user");
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::string>();
   const auto fields = std::make_shared<UserFields>();
@@ -159,14 +159,17 @@ void addEdit(CLI::App& verb, Action& chosen) {
   addFormats(*sub, *options, false);
   addKey(*sub, *user);
   addUserFields(*sub, *fields);
-  sub->footer("Fields that are not given stay as they are; an empty text empties a field.");
+  sub->footer(
+      "Fields that are not given stay as they are; an empty text empties a field.\n"
+      "Administrators, and only they, make and unmake administrators, themselves too; the last one "
+      "stays.");
   sub->callback([&chosen, options, user, fields] {
     chosen = [options, user, fields] { return edit(*options, *user, *fields); };
   });
 }
 
-void addDelete(CLI::App& verb, Action& chosen) {
-  auto* sub = verb.add_subcommand(
+void addDelete(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand(
       "delete", "Delete a user with ownerships, places in approval lists and copies");
   const auto options = std::make_shared<Options>();
   const auto user = std::make_shared<std::string>();
@@ -183,9 +186,9 @@ void addDelete(CLI::App& verb, Action& chosen) {
 
 }  // namespace
 
-void addUser(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("user", "Show, add, change or delete one user");
-  verb->require_subcommand(1);
+void addUser(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("user", "Show, add, change or delete one user");
+  verb->requireSubcommand();
   addShow(*verb, chosen);
   addAdd(*verb, chosen);
   addEdit(*verb, chosen);

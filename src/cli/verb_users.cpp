@@ -55,19 +55,19 @@ int list(const Options& options, const Listing& listing) {
 
 }  // namespace
 
-void addUsers(CLI::App& app, Action& chosen) {
-  auto* verb = app.add_subcommand("users", "List users, all or those of a saved query");
+void addUsers(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("users", "List users, all or those of a saved query");
   const auto options = std::make_shared<Options>();
   const auto listing = std::make_shared<Listing>();
   addCommon(*verb, *options);
   addFormats(*verb, *options, false);
   addText(*verb, "--query", listing->query,
           "The saved user query to list by, by number or name; everybody when left out");
-  verb->add_option("--sort", listing->sort,
-                   "The columns to sort by, parted by commas, each with asc or desc behind it")
-      ->capture_default_str();
-  verb->add_option("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->capture_default_str();
+  verb->addOption("--sort", listing->sort,
+                  "The columns to sort by, parted by commas, each with asc or desc behind it")
+      ->showDefault();
+  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
+      ->showDefault();
   verb->footer(
       "Columns: ID, UserID, UserName, Alias, Title, Email, User00 to User11.\n"
       "Passwords are kept as hashes and are listed for nobody.");

@@ -15,7 +15,7 @@ namespace {
 
 // Two workgroups have no row.
 constexpr auto kFixed = std::to_array<std::pair<std::int32_t, const char*>>(
-    {{kSuperUsers, "Super Users"}, {0, "View Only Users"}});
+    {{kSuperUsers, "Super Users"}, {kViewOnlyUsers, "View Only Users"}});
 
 Ref<Recordset> groupsWhere(const Session& session, const std::string& condition) {
   return openOwn(session.database(), "Select GroupID, GroupTitle From Groups Where " + condition,

@@ -10,6 +10,8 @@ namespace kv::cli {
 
 // Its members are administrators.
 inline constexpr std::int32_t kSuperUsers = -1;
+// Where users are who have been put nowhere else.
+inline constexpr std::int32_t kViewOnlyUsers = 0;
 
 // The number of the workgroup with this number or, when there is none, with this title. Raises 5
 // when there is none, and when several have the title.

@@ -35,7 +35,7 @@ bool clsVesk::ManualUserRelation(const std::string& ManualID, const std::string&
   const bool holds = held->RecordCount() > 0;
   if (Remove) {
     if (!holds) raise(kManualNotHeld);
-    for (held->MoveFirst(); !held->Eof(); held->MoveNext()) held->Delete();
+    held->DeleteAll();
   } else {
     if (holds && !HardCopy) raise(kManualHeldAlready);
     std::int32_t added = 0;

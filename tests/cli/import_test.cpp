@@ -255,6 +255,81 @@ TEST_F(Import, AUserMustBeNamedInEveryList) {
               ElementsAre("documents 2: recorded_by is empty"));
 }
 
+TEST_F(Import, TheFirstUserIsNamedEverywhereAndHasNoRow) {
+  std::map<std::string, std::string> files;
+  for (const char* file :
+       {"documents", "revisions", "owners", "approvers", "approvals", "copies"}) {
+    std::string bytes = kFiles.at(file);
+    for (const std::string key : {"user1", "user2"})
+      for (std::size_t at = 0; (at = bytes.find(key, at)) != std::string::npos;)
+        bytes.replace(at, key.size(), "user0");
+    files[file] = bytes;
+  }
+  setFiles(files);
+  const auto report = import();
+  ASSERT_TRUE(report.problems.empty()) << shown(report.problems[0]);
+  EXPECT_EQ(reg_.value("Select Count(*) From Users Where UserID = 'User0'"), "0");
+  EXPECT_EQ(reg_.value("Select Count(*) From VeskProfiles Where UserID = 'User0'"), "0");
+  using Rows = std::vector<std::string>;
+  EXPECT_EQ(reg_.rows("Select DocumentID From Documents Order By ID"),
+            (Rows{"User0020301140509", "User0020301140510"}));
+  EXPECT_EQ(reg_.rows("Select ResponsibleID From Revisions Where RevisionID < 3"),
+            (Rows{"User0", "User0"}));
+  EXPECT_EQ(reg_.rows("Select UserID From Owners"), Rows{"User0"});
+  EXPECT_EQ(reg_.rows("Select UserID From Routing Order By ListOrder"), (Rows{"User0", "TBD"}));
+  EXPECT_EQ(reg_.rows("Select UserID, ApprovedBy From ApprovalRouting Order By ListOrder"),
+            (Rows{"User0|User0", "TBD|~", "User0|~"}));
+  EXPECT_EQ(reg_.rows("Select Distinct UserID From Personals"), Rows{"User0"});
+}
+
+TEST_F(Import, TheFirstUserIsNoneOfThoseInTheFile) {
+  EXPECT_EQ(refusal({{"users", with("users", "user2,", "user0,")}}),
+            "users 3: 'user0' in user_id is not letters and a number");
+  EXPECT_EQ(refusal({{"owners", with("owners", "user1", "user00")}}),
+            "owners 2: there is no user 'user00' (user_id)");
+}
+
+// The documents with identifiers of their own.
+std::string identified(const std::string& first, const std::string& second) {
+  std::string bytes = kFiles.at("documents");
+  const auto put = [&](const std::string& behind, const std::string& value) {
+    const auto at = bytes.find(behind);
+    EXPECT_NE(at, std::string::npos) << behind;
+    bytes.insert(at + behind.size(), "," + value);
+  };
+  put("notes", "document_id");
+  put("lines\"", first);
+  put("D7,P-1,Other,Quality,,ok,no,yes,Uncontrolled,,,,,,2001-02-03T14:05:09Z,user1,,", second);
+  return bytes;
+}
+
+TEST_F(Import, AnIdentifierOccursOnce) {
+  EXPECT_EQ(refusal({{"documents", identified("Same", "Same")}}),
+            "documents 3: the identifier 'Same' occurs twice");
+  EXPECT_EQ(refusal({{"documents", identified("Same", "SAME")}}),
+            "documents 3: the identifier 'SAME' occurs twice");
+  EXPECT_EQ(refusal({{"documents", identified("", "User1020301140509")}}),
+            "documents 3: the identifier 'User1020301140509' occurs twice")
+      << "it was made for the first";
+  setFiles({{"documents", identified("User1020301140509", "")}});
+  const auto report = import();
+  ASSERT_TRUE(report.problems.empty()) << shown(report.problems[0]);
+  EXPECT_EQ(reg_.rows("Select DocumentID From Documents Order By ID"),
+            (std::vector<std::string>{"User1020301140509", "User1020301140510"}))
+      << "one that is made gives way";
+}
+
+TEST_F(Import, AnIdentifierOfTheRegisterIsNotGivenAgain) {
+  (void)reg_.execute("Insert Into Documents (ID, DocumentID) Values (901, 'USER1020301140509')");
+  EXPECT_EQ(refusal({{"documents", identified("D1", "user1020301140509")}}),
+            "documents 3: the identifier 'user1020301140509' is in the register already");
+  setFiles({});
+  const auto report = import();
+  ASSERT_TRUE(report.problems.empty()) << shown(report.problems[0]);
+  EXPECT_EQ(reg_.rows("Select DocumentID From Documents Where ID < 901 Order By ID"),
+            (std::vector<std::string>{"User1020301140510", "User1020301140511"}));
+}
+
 TEST_F(Import, AnUnknownHolderOfAManualIsReportedOnce) {
   EXPECT_THAT(refusals({{"copies", with("copies", "user2,M1", "user9,M1")}}),
               ElementsAre("copies 2: there is no user 'user9' (user_id)"));

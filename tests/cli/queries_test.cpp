@@ -155,6 +155,102 @@ TEST_F(QueryVerbs, WhatIsNotThereIsNotFound) {
               StartsWith("error 3421"));
 }
 
+TEST_F(QueryVerbs, ManualsHaveQueriesOfTheirOwn) {
+  reg_.execute("Insert Into Manuals (ManualID, ManualName, ManUser4) Values ('M1', 'Dan''s', 'x')");
+  reg_.execute("Insert Into Manuals (ManualID, ManualName) Values ('M2', 'Leaflet')");
+  EXPECT_EQ(reg_.done("queries add", {"Plans", "--of", "manuals", "--where", "name", "contains",
+                                      "n's", "--where", "field4", "=", "x"}),
+            "added the query 1, Plans\n")
+      << "names are given once for each kind";
+  EXPECT_EQ(reg_.done("queries show", {"--of", "manuals"}),
+            "QueryID  QueryName  Condition\n"
+            "-------  ---------  -------------------------------------------------\n"
+            "      1  Plans      Where ManualName Like '%n''s%' and ManUser4 = 'x'\n"
+            "(1 row)\n");
+  const auto found = [&] {
+    return reg_.done("manuals", {"--query", "plans", "--fields", "ManualID", "--csv"});
+  };
+  EXPECT_EQ(found(), "\"ManualID\"\r\n\"M1\"\r\n");
+  EXPECT_EQ(reg_.done("queries edit", {"--of", "Manuals", "1", "--drop", "ManualName", "--where",
+                                       "field4", "<>", "y", "--name", "Others"}),
+            "changed the query 1\n");
+  EXPECT_EQ(reg_.done("queries show", {"Others", "--of", "manuals"}),
+            "QueryID    1\n"
+            "QueryName  Others\n"
+            "Condition  Where ManUser4 <> 'y'\n");
+  EXPECT_EQ(refused("Anna", "queries delete", {"Plans", "--of", "manuals"}),
+            "error 5 (kvvesk): There is no manual query 'Plans'.\n");
+  EXPECT_EQ(reg_.done("queries delete", {"Others", "--of", "manuals"}), "deleted the query 1\n");
+  EXPECT_EQ(reg_.rows("Select QueryID From ManualQuerys"), Rows{});
+  EXPECT_EQ(reg_.value("Select Count(*) From DocumentQuerys"), "2")
+      << "the others are as they were";
+}
+
+TEST_F(QueryVerbs, EveryColumnOfManualsCanBeSearchedBy) {
+  (void)reg_.done("queries add",
+                  {"All",    "--of",     "manuals", "--where", "ManualName", "=",  "a", "--where",
+                   "field1", "contains", "b",       "--where", "field2",     ">",  "c", "--where",
+                   "field3", "<",        "d",       "--where", "ManUser4",   "<>", "e"});
+  EXPECT_THAT(reg_.done("queries show", {"All", "--of", "manuals"}),
+              HasSubstr("Where ManualName = 'a' and ManUser1 Like '%b%' and ManUser2 > 'c' and "
+                        "ManUser3 < 'd' and ManUser4 <> 'e'\n"));
+}
+
+TEST_F(QueryVerbs, UsersAreSearchedByWhatTheirFieldsHold) {
+  reg_.execute("Update UserConfig Set TypeUser01 = 1, TypeUser02 = 2");
+  reg_.execute("Update Users Set UserName = 'Bert O''Hara' Where UserID = 'User902'");
+  const auto conditionWith = [&](std::vector<std::string> words) {
+    const bool first = reg_.value("Select Count(*) From UserQuerys") == "0";
+    words.insert(words.begin(), {"Some", "--of", "users"});
+    (void)reg_.done(first ? "queries add" : "queries edit", words);
+    return json::parse(reg_.done("queries show", {"Some", "--of", "users", "--json"}))["rows"][0][2]
+        .get<std::string>();
+  };
+  EXPECT_EQ(conditionWith({"--where", "name", "contains", "O'h"}), " Where UserName Like '%O''h%'");
+  EXPECT_EQ(reg_.done("users", {"--query", "Some", "--fields", "UserID", "--csv"}),
+            "\"UserID\"\r\n\"User902\"\r\n");
+  EXPECT_EQ(conditionWith({"--drop", "name", "--where", "title", "<>", "x", "--where", "Alias", ">",
+                           "b", "--where", "user11", "=", "z"}),
+            " Where Alias > 'b' and Title <> 'x' and User11 = 'z'");
+  EXPECT_EQ(conditionWith({"--drop", "title", "--drop", "alias", "--drop", "user11", "--where",
+                           "user01", ">", "-3.5"}),
+            " Where User01 > -3.5");
+  EXPECT_EQ(conditionWith({"--drop", "user01", "--where", "user02", "<", "2024-03-09"}),
+            " Where User02 < #3/9/2024#");
+  EXPECT_EQ(conditionWith({"--where", "user02", "between", "2024-03-09..2024-12-31"}),
+            " Where User02 > #3/9/2024# and User02 < #12/31/2024#");
+  EXPECT_EQ(conditionWith({"--where", "user02", "=", "3/9/2024"}), " Where User02 = #3/9/2024#");
+  EXPECT_EQ(reg_.value("Select User02Upper From UserQuerys"), "~") << "the range is over";
+  EXPECT_EQ(conditionWith({"--drop", "user02"}), "");
+  EXPECT_EQ(reg_.done("queries delete", {"some", "--of", "users"}), "deleted the query 1\n");
+  EXPECT_EQ(reg_.rows("Select QueryID From UserQuerys"), Rows{});
+}
+
+TEST_F(QueryVerbs, AUsersFieldIsComparedAsWhatItHolds) {
+  reg_.execute("Update UserConfig Set TypeUser01 = 1, TypeUser02 = 2");
+  const std::vector<std::pair<std::vector<std::string>, std::string>> wrong = {
+      {{"user01", "=", "many"}, "'many' is not a number"},
+      {{"user01", "contains", "1"},
+       "'contains' does not go with the column 'user01', which is a number: =, >, <"},
+      {{"user01", "<>", "1"},
+       "'<>' does not go with the column 'user01', which is a number: =, >, <"},
+      {{"user01", "between", "1..2"},
+       "'between' does not go with the column 'user01', which is a number: =, >, <"},
+      {{"user02", "=", "soon"}, "'soon' is not a date such as 2024-03-09"},
+      {{"user02", "between", "2024-03-09"},
+       "between takes two dates, such as 2024-01-01..2024-12-31"},
+      {{"user02", "between", "2024-03-09.."}, "'' is not a date such as 2024-03-09"},
+      {{"user02", "<>", "2024-03-09"},
+       "'<>' does not go with the column 'user02', which is a date: =, >, <, between"},
+      {{"name", "between", "a..b"},
+       "'between' does not go with the column 'name', which is a text: =, contains, >, <, <>"}};
+  for (const auto& [where, why] : wrong) {
+    std::vector<std::string> words = {"Some", "--of", "users", "--where"};
+    words.insert(words.end(), where.begin(), where.end());
+    EXPECT_EQ(refused("Anna", "queries add", words, 2), "kvvesk: " + why + "\n");
+  }
+}
+
 TEST_F(QueryVerbs, WrongUsageEndsWithTwo) {
   const std::vector<std::pair<std::string, std::vector<std::string>>> wrong = {
       {"queries", {}},
@@ -175,7 +271,14 @@ TEST_F(QueryVerbs, WrongUsageEndsWithTwo) {
       {"queries edit", {"Plans", "--drop", "colour"}},
       {"queries edit", {"Plans", "--drop", "title", "--where", "title", "=", "x"}},
       {"queries edit", {"Plans", "--drop", "effective", "--on", "2024-03-09"}},
-      {"queries delete", {}}};
+      {"queries delete", {}},
+      {"queries show", {"--of", "revisions"}},
+      {"queries add", {"x", "--of", "manuals", "--kind", "all"}},
+      {"queries add", {"x", "--of", "users", "--on", "2024-03-09"}},
+      {"queries add", {"x", "--of", "manuals", "--where", "title", "=", "x"}},
+      {"queries add", {"x", "--of", "manuals", "--where", "name", "between", "x..y"}},
+      {"queries add", {"x", "--where", "title", "between", "x..y"}},
+      {"queries add", {"x", "--of", "users", "--where", "level", "=", "x"}}};
   for (const auto& [verb, words] : wrong)
     EXPECT_NE(refused("Anna", verb, words, 2), "") << verb << ' ' << testing::PrintToString(words);
 }

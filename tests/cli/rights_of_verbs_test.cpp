@@ -13,6 +13,7 @@
 #include <set>
 #include <sstream>
 
+#include "cli/help_text.h"
 #include "cli/verb_register.h"
 #include "relations/relation_errors.h"
 #include "relations/release_rights.h"
@@ -166,6 +167,7 @@ class RightsOfVerbs : public testing::Test {
           "Insert Into Actions (ActionID, AssigneeID, ReferenceID) Values (901, 'User902', 'DB1')",
           "Insert Into Actions (ActionID, AssigneeID, ReferenceID) Values (902, 'User903', 'DB1')",
           "Insert Into Groups (GroupID, GroupTitle) Values (5, 'Quality')",
+          "Insert Into Keywords (FieldName, Keyword) Values ('DocUser2', 'Word')",
           "Insert Into UserQuerys (QueryID, QueryName) Values (1, 'Everybody')",
           "Insert Into ManualQuerys (QueryID, QueryName) Values (1, 'All manuals')",
           // Nobody has D1, which is in the handbook; Bert and Carla have D5, which is in the
@@ -231,6 +233,7 @@ class RightsOfVerbs : public testing::Test {
         {"NUMBERS", "1-3"},
         {"OTHERS", "4"},
         {"KEY", "Revision"},
+        {"WORD", "Word"},
         {"STATEMENT", "Select 1"},
         {"MANUAL", "Handbook"},
         {"EMPTY", "Leaflet"},
@@ -330,29 +333,11 @@ TEST_F(RightsOfVerbs, OwnersNeedTheOwnerRight) {
   }
 }
 
-// The names listed under a heading of a help text, each at the beginning of its line.
-std::set<std::string> listedIn(const std::string& help, const std::string& heading) {
-  std::set<std::string> out;
-  std::istringstream lines(help);
-  bool inside = false;
-  for (std::string line; std::getline(lines, line);) {
-    if (line == heading) {
-      inside = true;
-    } else if (inside && line.empty()) {
-      return out;
-    } else if (inside && line.size() > 2 && line[2] != ' ') {
-      const std::string name = line.substr(2, line.find(' ', 2) - 2);
-      out.insert(name.substr(name.find(',') == std::string::npos ? 0 : name.find(',') + 1));
-    }
-  }
-  return out;
-}
-
 TEST_F(RightsOfVerbs, NoVerbAndNoOptionIsMissing) {
   std::map<std::string, std::set<std::string>> paired;
   for (const auto& row : rowsOfTheTable()) {
     std::string verb = row.command[0];
-    if (listedIn(test::run({verb, "--help"}).out, "Subcommands:").contains(row.command[1]))
+    if (test::listedIn(test::run({verb, "--help"}).out, "Subcommands:").contains(row.command[1]))
       verb += " " + row.command[1];
     for (const auto& word : row.command)
       if (word.starts_with("--")) paired[verb].insert(word);
@@ -363,14 +348,15 @@ TEST_F(RightsOfVerbs, NoVerbAndNoOptionIsMissing) {
                                         "--csv",  "--json", "--jsonl"};
   const auto check = [&](const std::string& verb, const std::string& help) {
     ASSERT_TRUE(paired.contains(verb)) << verb;
-    for (const auto& option : listedIn(help, "Options:"))
+    for (const auto& option : test::listedIn(help, "Options:"))
       EXPECT_TRUE(common.contains(option) || paired[verb].contains(option))
           << verb << ' ' << option;
   };
-  for (const auto& verb : listedIn(test::run({"--help"}).out, "Subcommands:")) {
-    if (verb == "new") continue;  // there is no register to ask yet
+  for (const auto& verb : test::listedIn(test::run({"--help"}).out, "Subcommands:")) {
+    if (verb == "new") continue;         // there is no register to ask yet
+    if (verb == "completion") continue;  // it is about the program, not about a register
     const std::string help = test::run({verb, "--help"}).out;
-    const auto parts = listedIn(help, "Subcommands:");
+    const auto parts = test::listedIn(help, "Subcommands:");
     if (parts.empty()) check(verb, help);
     for (const auto& part : parts) check(verb + " " + part, test::run({verb, part, "--help"}).out);
   }

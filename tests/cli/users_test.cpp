@@ -232,6 +232,22 @@ TEST_F(UserVerbs, OnlyAdministratorsMakeUnmakeOrTakeOverAdministrators) {
       << "he is one now";
 }
 
+TEST_F(UserVerbs, AWorkgroupEndsBeingAnAdministratorHoweverOneBecameIt) {
+  const auto administrator = [&] {
+    return reg_.value("Select Administrator From VeskProfiles Where UserID = 'User901'");
+  };
+  EXPECT_EQ(refused("Anna", "user edit", {"Anna", "--workgroup", "0"}),
+            "error 5 (kvvesk): This would leave the register without an administrator.\n")
+      << "the mark in her profile is what makes her one";
+  (void)reg_.done("user edit", {"Bert", "--workgroup", "-1"});
+  (void)reg_.done("user edit", {"Anna", "--workgroup", "-1"});
+  EXPECT_EQ(administrator(), "True") << "she is one all the more";
+  (void)reg_.done("user edit", {"Anna", "--workgroup", "0"});
+  EXPECT_EQ(administrator(), "False");
+  EXPECT_EQ(refused("Anna", "user edit", {"Anna", "--workgroup", "-1"}),
+            test::denied("Change which workgroup a user is in"));
+}
+
 TEST_F(UserVerbs, AnAdministratorIsLeft) {
   const std::string no =
       "error 5 (kvvesk): This would leave the register without an administrator.\n";

@@ -106,26 +106,56 @@ class LargeManual : public DistributionSession<SessionTest> {
   void expectLists(int documents, int users) {
     const int hard = (users + 1) / 2;
     auto& manuals = *vesk_->Manual();
-    timed("list a user's hard copies",
-          [&] { EXPECT_EQ(vesk_->User()->HardCopies(user(0))->RecordCount(), documents); });
-    timed("list a user's virtual copies",
-          [&] { EXPECT_EQ(vesk_->User()->VirtualCopies(user(1))->RecordCount(), documents); });
+    // Titles are as documents are numbered, and so are their revisions.
+    timed("list a user's hard copies", [&] {
+      expectEveryDocument(*vesk_->User()->HardCopies(user(0)), documents, user(0), "0", true);
+    });
+    timed("list a user's virtual copies", [&] {
+      expectEveryDocument(*vesk_->User()->VirtualCopies(user(1)), documents, user(1), "-1", false);
+    });
     timed("list a user's releases", [&] {
-      EXPECT_EQ(vesk_->Releases(user(0), "", "", 0, 0, 0, true)->RecordCount(), documents);
+      expectEveryDocument(*vesk_->Releases(user(0), "", "", 0, 0, 0, true), documents, user(0), "0",
+                          true);
       EXPECT_EQ(vesk_->Releases(user(0))->RecordCount(), 0);
     });
-    timed("list the holders of hard copies",
-          [&] { EXPECT_EQ(manuals.Copies("M")->RecordCount(), hard); });
-    timed("list the other holders",
-          [&] { EXPECT_EQ(manuals.Users("M")->RecordCount(), users - hard); });
+    timed("list the holders of hard copies", [&] {
+      Texts expected;
+      for (int u = 0; u < users; u += 2) expected.push_back(user(u) + "|" + std::to_string(u));
+      EXPECT_EQ(rowsOf(*manuals.Copies("M")), expected);
+    });
+    timed("list the other holders", [&] {
+      Texts expected;
+      for (int u = 1; u < users; u += 2) expected.push_back(user(u));
+      EXPECT_EQ(rowsOf(*manuals.Users("M")), expected);
+    });
     timed("list a document's holders", [&] {
       EXPECT_EQ(vesk_->Document()->Copies(document(7))->RecordCount(), hard);
       EXPECT_EQ(vesk_->Document()->Users(document(7))->RecordCount(), users - hard);
     });
-    timed("list the contents", [&] { EXPECT_EQ(manuals.Contents("M")->RecordCount(), documents); });
+    timed("list the contents", [&] {
+      const auto rs = manuals.Contents("M");
+      EXPECT_EQ(rs->RecordCount(), documents);
+      for (int d = 0; d < documents && !rs->Eof(); ++d, rs->MoveNext())
+        ASSERT_EQ(shown(rs->Fields("DocumentID")->Value()), document(d));
+    });
     timed("list the manuals of a user", [&] {
       EXPECT_EQ(rowsOf(*manuals.PersonalManuals(user(2))), (Texts{"M|Name of M|2|True"}));
     });
+  }
+
+  // One copy of every document, in order.
+  static void expectEveryDocument(Recordset& rs, int documents, const std::string& user,
+                                  const std::string& number, bool hard) {
+    EXPECT_EQ(rs.RecordCount(), documents);
+    for (int d = 0; d < documents && !rs.Eof(); ++d, rs.MoveNext()) {
+      std::string row;
+      for (const char* field :
+           {"UserID", "DocumentID", "ManualID", "HardCopy", "CopyNumber", "RevisionID"})
+        row += shown(rs.Fields(field)->Value()) + "|";
+      ASSERT_EQ(row, fmt::format("{}|{}|M|{}|{}|{}|", user, document(d), hard ? "True" : "False",
+                                 number, d + 100));
+    }
+    EXPECT_TRUE(rs.Eof());
   }
 
   void timed(const char* what, const std::function<void()>& operation) const {

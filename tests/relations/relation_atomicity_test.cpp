@@ -63,8 +63,8 @@ TEST_F(RelationFaults, AManualIsGivenAndTakenBackAsAWhole) {
   EXPECT_EQ(
       leavesNothingBehind([&] { vesk_->ManualUserRelation("M1", "User3", true, "2", false); }), 1);
   EXPECT_EQ(leavesNothingBehind([&] { vesk_->ManualUserRelation("M1", "User3", true, "2", true); }),
-            2)
-      << "one for each document";
+            1)
+      << "one for all documents";
 }
 
 TEST_F(RelationFaults, WhatOneRowRefusesIsRefusedWhole) {

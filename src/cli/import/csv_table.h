@@ -40,6 +40,7 @@ class CsvTable {
   [[nodiscard]] std::size_t record(std::size_t row) const { return records_[row]; }
 
  private:
+  struct Reading;
   void take(const std::string& bytes, const std::vector<std::string>& columns,
             std::vector<Problem>& problems, const std::string& key);
 

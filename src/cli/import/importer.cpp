@@ -10,6 +10,7 @@
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "common/text_key.h"
 #include "kvdata/profile.h"
 #include "kvdata/table_value.h"
 
@@ -264,7 +265,13 @@ void Importer::checkUsers(const CsvTable& users, const CsvTable& workgroups) {
 }
 
 void Importer::checkDocuments(const CsvTable& documents) {
-  std::set<std::string> taken;
+  // By what compares equal. Everything that refers to a document does so by its identifier.
+  std::set<std::string> registered;
+  const auto present =
+      openOwn(connection_->database(), "Select DocumentID From Documents", kReadOnly);
+  for (; !present->Eof(); present->MoveNext())
+    registered.insert(foldKey(joinText(present->Fields(0)->Value())));
+  std::set<std::string> taken = registered;
   std::set<std::int32_t> numbers;
   for (std::size_t r = 0; r < documents.rows(); ++r) {
     DocumentFacts facts;
@@ -282,8 +289,11 @@ void Importer::checkDocuments(const CsvTable& documents) {
     // A register that has others than these can say so.
     if (documents.has("document_id")) facts.documentId = documents.at(r, "document_id");
     if (!facts.documentId.empty()) {
-      if (!taken.insert(facts.documentId).second)
-        report(documents, r, "the identifier '" + facts.documentId + "' occurs twice");
+      const std::string key = foldKey(facts.documentId);
+      if (!taken.insert(key).second)
+        report(documents, r,
+               "the identifier '" + facts.documentId +
+                   (registered.contains(key) ? "' is in the register already" : "' occurs twice"));
       if (!documents.at(r, "recorded_by").empty()) (void)userOf(documents, r, "recorded_by");
       documents_.emplace(documents.at(r, "document_key"), std::move(facts));
       continue;
@@ -293,7 +303,7 @@ void Importer::checkDocuments(const CsvTable& documents) {
     if (!recorded) report(documents, r, "recorded is not a date and time");
     if (recorded && !user.empty()) {
       Date moment = *recorded;
-      while (!taken.insert(user + stampText(moment)).second) moment = nextSecond(moment);
+      while (!taken.insert(foldKey(user + stampText(moment))).second) moment = nextSecond(moment);
       facts.documentId = user + stampText(moment);
     }
     // A refused document stays known, so that what refers to it is not refused for that.

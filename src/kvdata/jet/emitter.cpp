@@ -546,9 +546,10 @@ class Writer {
     return groups;
   }
 
-  std::string whole(const BoundSelect& s) {
+  // For rows that are inserted any one order will do.
+  std::string whole(const BoundSelect& s, bool inserted = false) {
     Shape shape;
-    if (s.syntax->distinct == Distinct::Values) return distinct(s);
+    if (s.syntax->distinct == Distinct::Values) return distinct(s, inserted);
     if (s.grouped) {
       const auto groups = grouped(s, shape);
       shape.order = orderBy(s.order);
@@ -563,7 +564,7 @@ class Writer {
 
   // DISTINCT is grouping by all outputs. Over a grouped select, or with constants alone, there is
   // nothing to group by, and the rows as they are shown are compared.
-  std::string distinct(const BoundSelect& s) {
+  std::string distinct(const BoundSelect& s, bool inserted) {
     std::vector<const Expr*> all;
     for (const auto& o : s.outputs) all.push_back(o.expr);
     Shape shape;
@@ -577,8 +578,13 @@ class Writer {
     if (s.grouped && !s.syntax->top) return distinctGroups(s, std::move(shape), all);
     const bool plain = !s.grouped && shape.group.empty();
     shape.order = orderBy(s.order);
-    for (const auto* e : all)
-      if (!isConstant(*e)) append(shape.ties, *e, false);
+    if (inserted && !s.grouped && !s.syntax->top && shape.order.empty()) {
+      // The groups' own keys, which need not be made anew of their values.
+      for (const auto& key : shape.group) shape.ties.push_back(key + d_.direction(false));
+    } else {
+      for (const auto* e : all)
+        if (!isConstant(*e)) append(shape.ties, *e, false);
+    }
     if (plain && !shape.list.empty() && !s.syntax->top) {
       shape.list[0] = "DISTINCT " + shape.list[0];
       shape.order.clear();
@@ -721,7 +727,7 @@ SqlText emitInsert(const BoundStatement& bound, const std::vector<Literal>& lite
     writer.orderRows(select, shape);
     text = writer.assemble(select, std::move(shape));
   } else {
-    text = writer.whole(select);
+    text = writer.whole(select, true);
     bool converted = values.size() != select.outputs.size();
     std::vector<std::string> list;
     for (const auto& place : values) {
@@ -852,6 +858,11 @@ std::string emitUpdateRow(const TableInfo& table, std::span<const int> set,
 std::string emitDeleteRow(const TableInfo& table, const Dialect& dialect) {
   return fmt::format("DELETE FROM {} WHERE {} = {}", quotedName(table.name), quotedName(table.key),
                      dialect.parameter(1));
+}
+
+std::string emitDeleteRows(const TableInfo& table, const Dialect& dialect) {
+  return fmt::format("DELETE FROM {} WHERE {} IN (SELECT k.k1 FROM {})", quotedName(table.name),
+                     quotedName(table.key), dialect.keyList(1));
 }
 
 std::string emitLockRows(const TableInfo& table, const ColumnInfo* column, const Dialect& dialect) {

@@ -28,6 +28,8 @@ namespace kv::jet {
                                         std::span<const int> check, const Dialect& dialect);
 // DELETE by key.
 [[nodiscard]] std::string emitDeleteRow(const TableInfo& table, const Dialect& dialect);
+// DELETE by the list of keys that is parameter 1.
+[[nodiscard]] std::string emitDeleteRows(const TableInfo& table, const Dialect& dialect);
 // SELECT that locks the rows in which a column equals parameter 1 (a fold key for text), or without
 // a column all rows, until the transaction ends. Empty where a writing transaction needs no such
 // lock.

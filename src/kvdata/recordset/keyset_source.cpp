@@ -229,6 +229,20 @@ void KeysetSource::remove(std::size_t slot) {
   makeHole(slot);
 }
 
+void KeysetSource::remove(std::span<const std::size_t> slots) {
+  std::vector<std::int64_t> keys;
+  keys.reserve(slots.size());
+  for (const auto slot : slots) keys.push_back(keys_[slot]);
+  Transaction transaction(*database_, engine::Access::Write);
+  auto& run = database_->rowStatement(jet::emitDeleteRows(tableOf(0), database_->dialect()));
+  const engine::KeyList list{.keys = keys, .perRow = 1};
+  run.bindKeys(1, list);
+  database_->wrote();
+  if (run.run() != static_cast<std::int64_t>(keys.size())) raise(kRowDeleted);
+  transaction.commit();
+  for (const auto slot : slots) makeHole(slot);
+}
+
 void KeysetSource::arrange(const std::vector<std::size_t>& order) {
   std::vector<std::int64_t> keys;
   keys.reserve(keys_.size());

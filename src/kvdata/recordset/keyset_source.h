@@ -22,6 +22,7 @@ class KeysetSource final : public RowSource {
   std::size_t add(const RowEdit& edit) override;
   void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) override;
   void remove(std::size_t slot) override;
+  void remove(std::span<const std::size_t> slots) override;
   void arrange(const std::vector<std::size_t>& order) override;
   void requery() override;
 

@@ -19,6 +19,7 @@ class LocalSource final : public RowSource {
   RowEdit beginAdd() override;
   std::size_t add(const RowEdit& edit) override;
   void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) override;
+  using RowSource::remove;
   void remove(std::size_t slot) override;
   void arrange(const std::vector<std::size_t>& order) override;
   void requery() override;

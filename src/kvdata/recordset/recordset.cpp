@@ -436,6 +436,20 @@ void Recordset::Delete() {
   pending_.reset();
 }
 
+void Recordset::DeleteAll() {
+  requireWritable();
+  if (!source_->canDelete()) raise(kNotAvailable);
+  if (pending_ && pending_->adding) raise(kNotAllowed);
+  std::vector<std::size_t> slots;
+  slots.reserve(places());
+  for (std::size_t place = 0; place < places(); ++place)
+    if (!isHoleAt(place)) slots.push_back(slotAt(place));
+  source_->remove(slots);
+  row_ = kNoRow;
+  pending_.reset();
+  moveTo({At::Eof, 0});
+}
+
 void Recordset::Requery() {
   requireOpen();
   saveFirst();

@@ -103,6 +103,9 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped;
   // during an addition it raises 3219.
   void Delete();
+  // Deletes all rows of the set, or those that its filter shows, and moves behind them. In a table
+  // it is one statement; when a row is gone already, it raises -2147217885 and deletes none.
+  void DeleteAll();
   void Requery();
 
   // ---- whole sets ----

@@ -73,6 +73,10 @@ class RowSource {
   // Raises -2147217864 when it is not, -2147217885 when it is gone; then nothing is written.
   virtual void update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) = 0;
   virtual void remove(std::size_t slot) = 0;
+  // The same for several, none of them a hole: all of them or none.
+  virtual void remove(std::span<const std::size_t> slots) {
+    for (const auto slot : slots) remove(slot);
+  }
 
   // Puts the slots into another order: slot i becomes what slot `order[i]` was. There must be no
   // holes.

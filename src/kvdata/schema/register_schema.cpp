@@ -118,6 +118,10 @@ std::vector<ColumnInfo> groups() {
   return {number("GroupID"), text("GroupTitle", kName), text("Rights", kText)};
 }
 
+// Where a statement gives a table's rows by several of its indexes, SQLite, which keeps no
+// statistics here, takes the one that was made last. So those that find fewest rows come last: a
+// document has few holders, owners and approvers, while users and manuals have many documents, and
+// the manual "0" stands for all copies that came without one.
 std::vector<TableInfo> makeTables() {
   return {
       table(std::string(kConfigTable),
@@ -150,16 +154,16 @@ std::vector<TableInfo> makeTables() {
           "Personals",
           {counter("ReleaseID"), text("UserID", kId), text("DocumentID", kId),
            text("ManualID", kId), yesNo("HardCopy"), text("CopyNumber", kId), number("RevisionID")},
-          {fold({"UserID"}), fold({"DocumentID"}), fold({"ManualID"})}),
+          {fold({"ManualID"}), fold({"UserID"}), fold({"DocumentID"})}),
       table("Owners", {text("DocumentID", kId), text("UserID", kId)},
-            {fold({"DocumentID"}), fold({"UserID"})}),
+            {fold({"UserID"}), fold({"DocumentID"})}),
       table("Routing", {text("DocumentID", kId), text("UserID", kId), single("ListOrder")},
-            {fold({"DocumentID"}), fold({"UserID"})}),
+            {fold({"UserID"}), fold({"DocumentID"})}),
       table(
           "ApprovalRouting",
           {number("RevID"), text("UserID", kId), single("ListOrder"), shortNumber("ApprovalStatus"),
            text("ApprovedBy", kId), date("DateApproved"), memo("Notes")},
-          {plain("RevID"), fold({"UserID"})}),
+          {fold({"UserID"}), plain("RevID")}),
       table("VeskGroups", groups()),
       table("Groups", groups()),
       table("VeskProfiles",

@@ -522,6 +522,60 @@ TEST_F(RecordSet, DeletingEveryRowOneAfterTheOtherEndsAtEof) {
   EXPECT_RAISES(3021, rs->MoveFirst());
 }
 
+TEST_F(RecordSet, DeleteAllDeletesWhatIsLeftOfTheSetAndEndsAtEof) {
+  for (const int rows : {3, 250}) {
+    fill(rows);
+    elsewhere("Insert Into Manuals (ManualID) Values ('other')");
+    const auto rs = open("Select * From Manuals Where ManualName Like 'M%'");
+    rs->MoveNext();
+    rs->Delete();
+    rs->DeleteAll();
+    EXPECT_TRUE(rs->Eof());
+    EXPECT_EQ(rs->RecordCount(), 0);
+    EXPECT_RAISES(3021, (void)name(rs));
+    EXPECT_EQ(reg_.rows("Select ManualID From Manuals"), (std::vector<std::string>{"other"}));
+    rs->DeleteAll();  // of nothing
+    elsewhere("Delete * From Manuals");
+  }
+}
+
+TEST_F(RecordSet, DeleteAllKeepsWhatTheFilterHides) {
+  fill(4);
+  const auto rs = open();
+  rs->Filter("ManualName <> 'M2'");
+  rs->DeleteAll();
+  rs->Filter("");
+  EXPECT_EQ(rs->RecordCount(), 1);
+  rs->MoveFirst();
+  EXPECT_EQ(name(rs), "M2");
+  EXPECT_EQ(reg_.rows("Select ManualName From Manuals"), (std::vector<std::string>{"M2"}));
+}
+
+TEST_F(RecordSet, DeleteAllDeletesNothingWhenARowIsGone) {
+  fill(4);
+  const auto rs = open();
+  elsewhere("Delete * From Manuals Where ManualName = 'M3'");
+  EXPECT_RAISES(-2147217885, rs->DeleteAll());
+  EXPECT_EQ(reg_.rows("Select ManualName From Manuals"),
+            (std::vector<std::string>{"M1", "M2", "M4"}));
+  EXPECT_EQ(rs->RecordCount(), 4);
+  rs->MoveFirst();
+  EXPECT_EQ(name(rs), "M1");
+}
+
+TEST_F(RecordSet, DeleteAllDropsAPendingEditAndIsRefusedDuringAnAddition) {
+  fill(2);
+  const auto rs = open();
+  rs->AddNew();
+  EXPECT_RAISES(3219, rs->DeleteAll());
+  rs->CancelUpdate();
+  rs->Fields("ManualName")->Value("never");
+  rs->DeleteAll();
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  EXPECT_EQ(reg_.value("Select Count(*) From Manuals"), "0");
+  EXPECT_RAISES(3251, open("Select Distinct ManualName From Manuals")->DeleteAll());
+}
+
 TEST_F(RecordSet, DeleteDropsAPendingEditOfItsRow) {
   fill(2);
   const auto rs = open();

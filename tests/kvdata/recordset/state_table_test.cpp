@@ -67,6 +67,7 @@ const Row kTable[] = {
     {"Update",          [](Recordset& r) { r.Update(); },          {3704, 0,     0,     0,    0,    0,    0,    0,    0,    0}},
     {"CancelUpdate",    [](Recordset& r) { r.CancelUpdate(); },    {3704, 0,     0,     0,    0,    0,    0,    0,    0,    0}},
     {"Delete",          [](Recordset& r) { r.Delete(); },          {3704, 3021,  3021,  0,    3021, 3021, 0,    3219, 3251, 3251}},
+    {"DeleteAll",       [](Recordset& r) { r.DeleteAll(); },       {3704, 0,     0,     0,    0,    0,    0,    3219, 3251, 3251}},
     {"Requery",         [](Recordset& r) { r.Requery(); },         {3704, 0,     0,     0,    0,    0,    0,    0,    0,    0}},
     {"GetRows",         [](Recordset& r) { (void)r.GetRows(1); },  {3704, 3021,  3021,  0,    3021, 0,    0,    0,    0,    0}},
     {"Clone",           [](Recordset& r) { (void)r.Clone(); },     {3704, 0,     0,     0,    0,    0,    0,    0,    0,    0}},

@@ -122,6 +122,37 @@ TEST(RegisterSchema, StatementsLookThingsUpInIndexes) {
   }
 }
 
+// Which index it is decides whether a release takes as long as the document has holders or as long
+// as the register has copies. A server counts its rows and finds out by itself.
+TEST(RegisterSchema, StatementsAreAnsweredByTheIndexThatFindsFewestRows) {
+  FILES_ONLY();
+  const test::TestRegister reg;
+  const std::pair<const char*, const char*> looked[] = {
+      {"Select * From Personals Where DocumentID = 'd' and UserID = 'u' and ManualID = '0' and "
+       "HardCopy = True",
+       "kv_fold_Personals_DocumentID"},
+      {"Select * From Personals Where UserID = 'u' and ManualID = 'm' and CopyNumber = '1' and "
+       "HardCopy = True",
+       "kv_fold_Personals_UserID"},
+      {"Delete Personals.* From Personals Where ManualID = 'm' and DocumentID = 'd'",
+       "kv_fold_Personals_DocumentID"},
+      {"Select Personals.*, Manuals.ManualName From Personals Left Join Manuals On "
+       "Personals.ManualID = Manuals.ManualID Where Personals.ManualID = 'm' and Personals.UserID "
+       "= 'u' and HardCopy = 0",
+       "kv_fold_Personals_UserID"},
+      {"Select * From ManualContents Where ManualID = 'm' and DocumentID = 'd'",
+       "kv_fold_ManualContents_DocumentID"},
+      {"Select UserID From Owners Where DocumentID = 'd' and UserID = 'u'",
+       "kv_fold_Owners_DocumentID"},
+      {"Select UserID From Routing Where DocumentID = 'd' and UserID = 'u'",
+       "kv_fold_Routing_DocumentID"},
+      {"Select UserID From ApprovalRouting Where RevID = 5 and UserID = 'u'",
+       "kv_plain_ApprovalRouting_RevID"},
+  };
+  for (const auto& [sql, index] : looked)
+    EXPECT_THAT(test::planOf(reg, sql), testing::HasSubstr(index)) << sql;
+}
+
 TEST(NewRegister, HasItsFirstValues) {
   const test::TestRegister reg;
   EXPECT_EQ(reg.value("Select DatabaseVersion, Version, ExternalActionSystem, UserDBLocation, "

@@ -1,0 +1,71 @@
+#include "com/class_factory.h"
+
+#include <atomic>
+#include <new>
+
+#include "com/com_error.h"
+#include "com/module.h"
+
+namespace kv::com {
+
+namespace {
+
+class ClassFactory final : public IClassFactory {
+ public:
+  explicit ClassFactory(const Creatable& creatable) : creatable_(creatable) {}
+  ClassFactory(const ClassFactory&) = delete;
+  ClassFactory& operator=(const ClassFactory&) = delete;
+  ClassFactory(ClassFactory&&) = delete;
+  ClassFactory& operator=(ClassFactory&&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
+    if (out == nullptr) return E_POINTER;
+    *out = id == IID_IUnknown || id == IID_IClassFactory ? this : nullptr;
+    if (*out == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) override {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    IUnknown* object = nullptr;
+    HRESULT result = guarded([&] { object = creatable_.make(); });
+    if (FAILED(result)) return result;
+    result = object->QueryInterface(id, out);
+    object->Release();
+    return result;
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    if (lock != FALSE)
+      Uses::add();
+    else
+      Uses::drop();
+    return S_OK;
+  }
+
+ private:
+  ~ClassFactory() = default;
+
+  const Creatable& creatable_;
+  std::atomic<ULONG> references_ = 1;
+  Use use_;
+};
+
+}  // namespace
+
+HRESULT makeFactory(const Creatable& creatable, REFIID id, void** out) noexcept {
+  auto* factory = new (std::nothrow) ClassFactory(creatable);
+  if (factory == nullptr) return E_OUTOFMEMORY;
+  const HRESULT result = factory->QueryInterface(id, out);
+  factory->Release();
+  return result;
+}
+
+}  // namespace kv::com

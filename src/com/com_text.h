@@ -1,0 +1,18 @@
+// Text between the library, which has UTF-8, and the platform, which has UTF-16.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "com/platform.h"
+
+namespace kv::com {
+
+// Raises 5 for text that is not well-formed. No text is the empty one.
+[[nodiscard]] std::string fromBstr(BSTR text);
+// A new string, which the caller frees. Bytes that are not well-formed become U+FFFD. Throws
+// std::bad_alloc.
+[[nodiscard]] BSTR toBstr(std::string_view text);
+[[nodiscard]] std::wstring toWide(std::string_view text);
+
+}  // namespace kv::com
