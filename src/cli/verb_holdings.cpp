@@ -45,9 +45,8 @@ void addHoldings(Command& app, Action& chosen) {
       ->typeName("USER");
   addCopyKinds(*verb, *filter);
   verb->footer(
-      "Hard copies that belong to a copy of a manual have its number. RevisionLevel is that of the "
-      "copy,\nCurrentRevisionLevel that of the revision in force. State is current or stale, or "
-      "uncontrolled for\ndocuments that are not under control.\n"
+      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
+      "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
       "Secured documents are listed for administrators and their owners only.");
   verb->callback([&chosen, options, user, filter] {
     chosen = [options, user, filter] { return list(*options, *user, *filter); };
