@@ -103,9 +103,11 @@ def scripts():
 
 
 def script_that_calls(name, operation, texts):
-    """The first script that calls the operation on an object of the class."""
+    """A script that calls the operation on an object of the class, the class's own before others."""
     call = re.compile(r"(?:^|\W)(?:%s)\.%s\b" % (RECEIVERS[name], operation), re.I | re.M)
-    return next((script for script, text in texts.items() if call.search(text)), None)
+    own = "queries.vbs" if name.endswith("Query") else RECEIVERS[name] + ".vbs"
+    return next((script for script in sorted(texts, key=lambda script: script != own)
+                 if call.search(texts[script])), None)
 
 
 def bound_early():

@@ -64,7 +64,7 @@ int run(const std::vector<const char*>& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const kv::cli::PlainStreams streams;
+  const auto streams = kv::cli::plainStreams();
   try {
     const auto texts = kv::cli::commandLine(argc, argv);
     std::vector<const char*> words;

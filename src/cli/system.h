@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,20 +16,9 @@ namespace kv::cli {
 // Nothing where the variable is not set.
 [[nodiscard]] std::optional<std::string> environment(const char* variable);
 
-// While there is one, the standard streams carry what the program writes byte by byte, and a
+// While the answer is kept, the standard streams carry what the program writes byte by byte, and a
 // terminal shows it as UTF-8.
-class PlainStreams {
- public:
-  PlainStreams();
-  ~PlainStreams();
-  PlainStreams(const PlainStreams&) = delete;
-  PlainStreams& operator=(const PlainStreams&) = delete;
-  PlainStreams(PlainStreams&&) = delete;
-  PlainStreams& operator=(PlainStreams&&) = delete;
-
- private:
-  unsigned before_ = 0;
-};
+[[nodiscard]] std::shared_ptr<void> plainStreams();
 
 [[nodiscard]] bool inputIsTerminal();
 [[nodiscard]] bool errorsAreTerminal();

@@ -49,18 +49,18 @@ std::optional<std::string> environment(const char* variable) {
   return text;
 }
 
-PlainStreams::PlainStreams() : before_(GetConsoleOutputCP()) {
+std::shared_ptr<void> plainStreams() {
   for (FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
-  SetConsoleOutputCP(CP_UTF8);
   HANDLE errors = GetStdHandle(STD_ERROR_HANDLE);
   DWORD mode = 0;
   // Progress is shown with the codes of terminals.
   if (GetConsoleMode(errors, &mode) != 0)
     SetConsoleMode(errors, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  const UINT before = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+  // The console is the caller's, who goes on using it.
+  return {nullptr, [before](void*) { SetConsoleOutputCP(before); }};
 }
-
-// The console is the caller's, who goes on using it.
-PlainStreams::~PlainStreams() { SetConsoleOutputCP(before_); }
 
 bool inputIsTerminal() { return isConsole(STD_INPUT_HANDLE); }
 bool errorsAreTerminal() { return isConsole(STD_ERROR_HANDLE); }

@@ -22,8 +22,8 @@ HRESULT resultOf(std::int32_t number) noexcept {
 void report(std::string_view source, std::string_view description) {
   ICreateErrorInfo* create = nullptr;
   if (FAILED(CreateErrorInfo(&create))) return;
-  create->SetSource(toWide(source).data());
-  create->SetDescription(toWide(description).data());
+  create->SetSource(wideText(source).data());
+  create->SetDescription(wideText(description).data());
   IErrorInfo* info = nullptr;
   if (SUCCEEDED(create->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&info)))) {
     SetErrorInfo(0, info);

@@ -10,9 +10,9 @@ namespace kv::com {
 
 // Raises 5 for text that is not well-formed. No text is the empty one.
 [[nodiscard]] std::string fromBstr(BSTR text);
-// A new string, which the caller frees. Bytes that are not well-formed become U+FFFD. Throws
-// std::bad_alloc.
+// A new string, which the caller frees. Throws std::bad_alloc.
 [[nodiscard]] BSTR toBstr(std::string_view text);
-[[nodiscard]] std::wstring toWide(std::string_view text);
+// Bytes that are not well-formed, as a message of the system may have, become U+FFFD.
+[[nodiscard]] std::wstring wideText(std::string_view text);
 
 }  // namespace kv::com

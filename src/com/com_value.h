@@ -45,6 +45,7 @@ class OwnedVariant {
   VARIANT* operator&() noexcept { return &value_; }  // NOLINT(google-runtime-operator)
   VARIANT* operator->() noexcept { return &value_; }
   VARIANT& operator*() noexcept { return value_; }
+  const VARIANT& operator*() const noexcept { return value_; }
 
  private:
   VARIANT value_;

@@ -48,10 +48,12 @@ HRESULT place(const Member& member, const DISPPARAMS& given, Placed& out) {
   }
   std::size_t to = 0;
   for (UINT at = given.cArgs; at-- > given.cNamedArgs;) {
-    if (to < count && out.arguments[to] == nullptr)
-      out.arguments[to++] = &given.rgvarg[at];
-    else
+    if (to == count) {
       out.remaining.push_back(&given.rgvarg[at]);
+      continue;
+    }
+    if (out.arguments[to] != nullptr) return DISP_E_BADPARAMCOUNT;
+    out.arguments[to++] = &given.rgvarg[at];
   }
   return S_OK;
 }
@@ -148,7 +150,9 @@ HRESULT callFound(const Found& found, const DispatchCall& call) {
   Placed placed;
   HRESULT result = place(*found.member, *call.arguments, placed);
   if (FAILED(result)) return result;
-  if (!placed.remaining.empty() && found.member->result != VT_DISPATCH) return DISP_E_BADPARAMCOUNT;
+  const bool isObjectProperty =
+      found.member->kind == INVOKE_PROPERTYGET && found.member->result == VT_DISPATCH;
+  if (!placed.remaining.empty() && !isObjectProperty) return DISP_E_BADPARAMCOUNT;
   for (std::size_t at = 0; at < placed.arguments.size(); ++at)
     if (!found.member->parameters[at].optional &&
         (placed.arguments[at] == nullptr || isLeftOut(*placed.arguments[at])))

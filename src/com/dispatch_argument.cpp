@@ -85,9 +85,8 @@ void DispatchArgument::convert(const VARIANT& given) {
 }
 
 bool DispatchArgument::changed() const noexcept {
-  auto& self = const_cast<DispatchArgument&>(*this);
-  const VARIANT& now = *self.value_;
-  const VARIANT& then = *self.before_;
+  const VARIANT& now = *value_;
+  const VARIANT& then = *before_;
   switch (parameter_->type) {
     case VT_VARIANT: return false;  // members only read these
     case VT_BSTR: {

@@ -72,7 +72,7 @@ void write(const ClassesKey& classes, const Creatable& creatable, const std::wst
   classes.set(path + L"\\VersionIndependentProgID", program);
   classes.set(path + L"\\TypeLib", guidText(LIBID_KvVesk));
   classes.set(path + L"\\Version", L"1.0");
-  classes.set(path + L"\\Programmable", L"");
+  classes.set(path + L"\\Programmable", {});
   for (const auto& name : {program, versioned}) {
     classes.set(name, creatable.description);
     classes.set(name + L"\\CLSID", clsid);

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 // Below: these need windows.h.
+#include <ocidl.h>
 #include <oleauto.h>
 
 #include <string>

@@ -100,6 +100,7 @@ int wmain(int count, wchar_t** arguments) {
     factory->LockServer(FALSE);
   }
   checks::that(canUnload() == S_OK, "all is gone");
+  checks::that(DeleteFileW(arguments[1]) != FALSE, "the register's file is let go");
   void* nothing = nullptr;
   checks::that(
       getClassObject(IID_IUnknown, IID_IClassFactory, &nothing) == CLASS_E_CLASSNOTAVAILABLE,
