@@ -15,7 +15,7 @@ constexpr std::uint32_t kHostFacility = 0x800A0000;
 
 HRESULT resultOf(std::int32_t number) noexcept {
   if (number > 0 && number < kPlainNumbers)
-    return static_cast<HRESULT>(kHostFacility + static_cast<std::uint32_t>(number));
+    return static_cast<HRESULT>(kHostFacility | static_cast<std::uint32_t>(number));
   return number;
 }
 

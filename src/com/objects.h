@@ -17,6 +17,12 @@ inline constexpr GUID kWrappedId = {
 
 class Wrapped : public IUnknown {
  public:
+  Wrapped() = default;
+  Wrapped(const Wrapped&) = delete;
+  Wrapped& operator=(const Wrapped&) = delete;
+  Wrapped(Wrapped&&) = delete;
+  Wrapped& operator=(Wrapped&&) = delete;
+
   [[nodiscard]] virtual std::shared_ptr<Object> object() const noexcept = 0;
   // Another reference, unless the last one has just gone.
   [[nodiscard]] virtual bool addRefIfAlive() noexcept = 0;
@@ -67,7 +73,7 @@ template <class T>
   InterfaceOf<T>* out = nullptr;
   wrapped->QueryInterface(Face<T>::iid(), reinterpret_cast<void**>(&out));
   wrapped->Release();
-  return out;
+  return out;  // NOLINT(clang-analyzer-cplusplus.NewDelete): QueryInterface has counted it
 }
 
 // The same of an object whose class is not known; raises 13 for one that has no face.
