@@ -1,5 +1,7 @@
 // The entry points of the component.
 
+#include <string_view>
+
 #include "com/class_factory.h"
 #include "com/creatable.h"
 #include "com/module.h"
@@ -39,3 +41,9 @@ STDAPI DllCanUnloadNow() { return kv::com::Uses::any() ? S_FALSE : S_OK; }
 STDAPI DllRegisterServer() { return kv::com::registerClasses(); }
 
 STDAPI DllUnregisterServer() { return kv::com::unregisterClasses(); }
+
+// regsvr32 /n /i:user registers for the present user alone, with /u takes that away.
+STDAPI DllInstall(BOOL install, LPCWSTR what) {
+  if (what == nullptr || std::wstring_view(what) != L"user") return E_INVALIDARG;
+  return install ? kv::com::registerClassesForUser() : kv::com::unregisterClassesForUser();
+}

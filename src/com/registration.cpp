@@ -113,26 +113,38 @@ HRESULT attempt(Work work) noexcept {
   }
 }
 
-}  // namespace
-
-HRESULT registerClasses() noexcept {
+HRESULT registerUnder(HKEY root) noexcept {
   wchar_t file[MAX_PATH];
   const HRESULT found = moduleFile(file);
   if (FAILED(found)) return found;
-  const auto registerUnder = [&file](HKEY root) {
-    return attempt([&file, root] {
-      writeAll(ClassesKey(root), file);
-      return registerLibrary(root == HKEY_CURRENT_USER, file);
-    });
-  };
+  return attempt([&file, root] {
+    writeAll(ClassesKey(root), file);
+    return registerLibrary(root == HKEY_CURRENT_USER, file);
+  });
+}
+
+}  // namespace
+
+HRESULT registerClasses() noexcept {
   const HRESULT result = registerUnder(HKEY_LOCAL_MACHINE);
   return FAILED(result) ? registerUnder(HKEY_CURRENT_USER) : result;
 }
 
+HRESULT registerClassesForUser() noexcept { return registerUnder(HKEY_CURRENT_USER); }
+
 HRESULT unregisterClasses() noexcept {
-  return attempt([] {
-    for (HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) removeFrom(ClassesKey(root));
+  const HRESULT result = attempt([] {
+    removeFrom(ClassesKey(HKEY_LOCAL_MACHINE));
     UnRegisterTypeLib(LIBID_KvVesk, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
+    return S_OK;
+  });
+  const HRESULT forUser = unregisterClassesForUser();
+  return FAILED(result) ? result : forUser;
+}
+
+HRESULT unregisterClassesForUser() noexcept {
+  return attempt([] {
+    removeFrom(ClassesKey(HKEY_CURRENT_USER));
     UnRegisterTypeLibForUser(LIBID_KvVesk, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
     return S_OK;
   });
