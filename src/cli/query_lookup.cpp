@@ -28,6 +28,11 @@ std::int32_t findQuery(const Session& session, const std::string& query, const Q
   if (const auto number = wholeNumber(query))
     if (queriesWhere(session, from, "QueryID = " + std::to_string(*number))->RecordCount() > 0)
       return *number;
+  return findQueryNamed(session, query, from);
+}
+
+std::int32_t findQueryNamed(const Session& session, const std::string& query,
+                            const QueryKind& from) {
   const auto named = queriesNamed(session, from, query);
   if (named->RecordCount() == 1) return toInt32(named->Fields(0)->Value());
   const std::string kind = from.kind;

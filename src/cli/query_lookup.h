@@ -34,6 +34,9 @@ inline constexpr QueryKind kUserQueries{Queried::Users, "UserQuerys", "user", ur
 [[nodiscard]] std::int32_t findQuery(const Session& session, const std::string& query,
                                      const QueryKind& from = kDocumentQueries);
 
+// The same by the name alone.
+[[nodiscard]] std::int32_t findQueryNamed(const Session& session, const std::string& query,
+                                          const QueryKind& from);
 // Whether a query of this kind, another one than `except`, has this name.
 [[nodiscard]] bool isQueryName(const Session& session, const std::string& name,
                                const QueryKind& from = kDocumentQueries, std::int32_t except = -1);

@@ -95,21 +95,26 @@ void apply(const Session& session, const QueryKind& kind, const QueryCriteria& c
   applyCriteria(criteria, kind.of, typeOf, query);
 }
 
-int add(const Options& options, const QueryKind& kind, const std::string& name,
-        const QueryCriteria& criteria) {
+// Saves criteria under a name: as a new query or, with `replace`, in the one of that name.
+int save(const Options& options, const QueryKind& kind, const std::string& name,
+         const QueryCriteria& criteria, bool replace) {
   requireName(name);
   checkCriteria(criteria, kind.of);
   const Session session(options);
   session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
   transaction.lock(kind.table);
-  requireFreeName(session, kind, name);
-  const auto query = SavedQuery::add(session, kind);
-  query->SetQueryValue(kName, name);
+  if (!replace) requireFreeName(session, kind, name);
+  const bool known = isQueryName(session, name, kind);
+  const auto query = known ? SavedQuery::load(session, kind, findQueryNamed(session, name, kind))
+                           : SavedQuery::add(session, kind);
+  if (!known) query->SetQueryValue(kName, name);
   apply(session, kind, criteria, *query);
   query.save(session);
   transaction.commit();
-  writeDone(std::cout, "added the query " + std::to_string(query->id()) + ", " + name,
+  writeDone(std::cout,
+            (known ? "changed the query " : "added the query ") + std::to_string(query->id()) +
+                ", " + name,
             {{kKey, query->id()}}, options.format);
   return kDone;
 }
@@ -183,8 +188,20 @@ void addShow(Command& verb, Action& chosen) {
   });
 }
 
-void addAdd(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("add", "Save a new query");
+void addList(Command& verb, Action& chosen) {
+  auto* sub = verb.addSubcommand("list", "List all saved queries with their conditions");
+  const auto options = std::make_shared<Options>();
+  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
+  addCommon(*sub, *options);
+  addFormats(*sub, *options, false);
+  addOf(*sub, *kind);
+  sub->callback([&chosen, options, kind] {
+    chosen = [options, kind] { return show(*options, *kind, std::nullopt); };
+  });
+}
+
+void addSave(Command& verb, Action& chosen, const char* word, const char* help, bool replace) {
+  auto* sub = verb.addSubcommand(word, help);
   const auto options = std::make_shared<Options>();
   const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
   const auto name = std::make_shared<std::string>();
@@ -194,8 +211,10 @@ void addAdd(Command& verb, Action& chosen) {
   addOf(*sub, *kind);
   sub->addOption("name", *name, "The name it is listed by")->required();
   addCriteria(*sub, *criteria);
-  sub->callback([&chosen, options, kind, name, criteria] {
-    chosen = [options, kind, name, criteria] { return add(*options, *kind, *name, *criteria); };
+  sub->callback([&chosen, options, kind, name, criteria, replace] {
+    chosen = [options, kind, name, criteria, replace] {
+      return save(*options, *kind, *name, *criteria, replace);
+    };
   });
 }
 
@@ -242,8 +261,10 @@ void addQueries(Command& app, Action& chosen) {
       "Show, add, change or delete the saved queries that documents, manuals and users are listed "
       "by");
   verb->requireSubcommand();
+  addList(*verb, chosen);
   addShow(*verb, chosen);
-  addAdd(*verb, chosen);
+  addSave(*verb, chosen, "add", "Save a new query", false);
+  addSave(*verb, chosen, "set", "Save a query, whether there is one of that name or not", true);
   addEdit(*verb, chosen);
   addDelete(*verb, chosen);
 }

@@ -128,6 +128,21 @@ TEST_F(QueryVerbs, ChangesWhatIsGivenAndNothingElse) {
             "~|~|~|~|~");
 }
 
+TEST_F(QueryVerbs, SetsAQueryWhetherItIsThereOrNot) {
+  EXPECT_EQ(reg_.done("queries set", {"plans", "--where", "level", "=", "A"}),
+            "changed the query 2, plans\n");
+  EXPECT_EQ(condition("2"), "Where DocumentTitle Like '%plan%' and Documents.RevisionLevel = 'A'");
+  EXPECT_EQ(reg_.value("Select QueryName From DocumentQuerys Where QueryID = 2"), "Plans");
+  EXPECT_EQ(reg_.done("queries set", {"1", "--where", "title", "=", "x"}),
+            "added the query 3, 1\n");
+  EXPECT_EQ(reg_.done("queries set", {"1", "--where", "title", "=", "y"}),
+            "changed the query 3, 1\n")
+      << "what is set goes by its name alone";
+  EXPECT_EQ(condition("3"), "Where DocumentTitle = 'y'");
+  EXPECT_EQ(condition("1"), "");
+  EXPECT_EQ(reg_.done("queries list"), reg_.done("queries show"));
+}
+
 TEST_F(QueryVerbs, DeletesAQuery) {
   EXPECT_EQ(reg_.done("queries delete", {"Plans"}), "deleted the query 2\n");
   EXPECT_EQ(reg_.rows("Select QueryID From DocumentQuerys"), Rows{"1"});
