@@ -131,10 +131,9 @@ struct Attempt {
 };
 
 // What a right is asked for is the program's business and the same on every engine; some four
-// hundred commands take minutes on a server.
+// hundred commands would take minutes on a server.
 class RightsOfVerbs : public testing::Test {
  protected:
-  void SetUp() override { FILES_ONLY(); }
   void isDone(const Row& row, const Attempt& attempt) {
     const auto [outcome, changed] = carriedOut(row, attempt);
     EXPECT_EQ(outcome.code, 0) << outcome.err;
