@@ -1,4 +1,5 @@
-' What is raised, as a script sees it: number, source and description.
+' What is raised by hosts, record sets and statements, as a script sees it: number, source and description. The library's
+' own refusals are in refusals.vbs.
 Dim vesk, document, rs, other, set1, text
 Set vesk = CreateObject("KvVesk.clsVesk")
 On Error Resume Next
