@@ -1,33 +1,15 @@
-#include "com/object.h"
+#include "com/child_object.h"
 #include "com/objects.h"
 #include "manuals/manual.h"
-#include "session/vesk.h"
 
 namespace kv::com {
 
 namespace {
 
-class ManualObject final : public ComObject<clsVeskManual, _clsVeskManual> {
+class ManualObject final : public ChildObject<clsVeskManual, _clsVeskManual> {
  public:
-  using ComObject::ComObject;
+  using ChildObject::ChildObject;
 
-  HRESULT STDMETHODCALLTYPE get_oVesk(_clsVesk** result) override {
-    return call(as<const Ref<clsVesk>&() const>(&Class::oVesk), result);
-  }
-  HRESULT STDMETHODCALLTYPE putref_oVesk(_clsVesk* value) override {
-    return call(as<void(const Ref<clsVesk>&)>(&Class::oVesk), value);
-  }
-  HRESULT STDMETHODCALLTYPE get_DataServer(_kvDataServer** result) override {
-    return call(as<const Ref<kvDataServer>&() const>(&Class::DataServer), result);
-  }
-  HRESULT STDMETHODCALLTYPE putref_DataServer(_kvDataServer* value) override {
-    return call(as<void(const Ref<kvDataServer>&)>(&Class::DataServer), value);
-  }
-  HRESULT STDMETHODCALLTYPE OpenConnection(BSTR* ConnectionString, _kvProfile** oProfile,
-                                           VARIANT* result) override {
-    return call(&Class::OpenConnection, ConnectionString, oProfile, result);
-  }
-  HRESULT STDMETHODCALLTYPE Login(VARIANT* result) override { return call(&Class::Login, result); }
   HRESULT STDMETHODCALLTYPE Records(LONG* filterid, BSTR* SortFields, BSTR* cSQL, BSTR* Fields,
                                     _kvRecordset** result) override {
     return call(

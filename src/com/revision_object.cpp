@@ -1,33 +1,15 @@
-#include "com/object.h"
+#include "com/child_object.h"
 #include "com/objects.h"
 #include "revisions/revision.h"
-#include "session/vesk.h"
 
 namespace kv::com {
 
 namespace {
 
-class RevisionObject final : public ComObject<clsVeskRevision, _clsVeskRevision> {
+class RevisionObject final : public ChildObject<clsVeskRevision, _clsVeskRevision> {
  public:
-  using ComObject::ComObject;
+  using ChildObject::ChildObject;
 
-  HRESULT STDMETHODCALLTYPE get_oVesk(_clsVesk** result) override {
-    return call(as<const Ref<clsVesk>&() const>(&Class::oVesk), result);
-  }
-  HRESULT STDMETHODCALLTYPE putref_oVesk(_clsVesk* value) override {
-    return call(as<void(const Ref<clsVesk>&)>(&Class::oVesk), value);
-  }
-  HRESULT STDMETHODCALLTYPE get_DataServer(_kvDataServer** result) override {
-    return call(as<const Ref<kvDataServer>&() const>(&Class::DataServer), result);
-  }
-  HRESULT STDMETHODCALLTYPE putref_DataServer(_kvDataServer* value) override {
-    return call(as<void(const Ref<kvDataServer>&)>(&Class::DataServer), value);
-  }
-  HRESULT STDMETHODCALLTYPE OpenConnection(BSTR* ConnectionString, _kvProfile** oProfile,
-                                           VARIANT* result) override {
-    return call(&Class::OpenConnection, ConnectionString, oProfile, result);
-  }
-  HRESULT STDMETHODCALLTYPE Login(VARIANT* result) override { return call(&Class::Login, result); }
   HRESULT STDMETHODCALLTYPE Add(BSTR* DocumentID, BSTR* RevisionLevel, BSTR* user1, BSTR* user2,
                                 BSTR* ChangeDescription, BSTR* location, VARIANT_BOOL* current,
                                 BSTR* responsibleid, BSTR* dateEffective, LONG* result) override {
