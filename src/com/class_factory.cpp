@@ -1,36 +1,19 @@
 #include "com/class_factory.h"
 
-#include <atomic>
 #include <new>
 
 #include "com/com_error.h"
+#include "com/counted.h"
 #include "com/module.h"
 
 namespace kv::com {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public Counted<IClassFactory> {
  public:
   explicit ClassFactory(const Creatable& creatable) : creatable_(creatable) {}
-  ClassFactory(const ClassFactory&) = delete;
-  ClassFactory& operator=(const ClassFactory&) = delete;
-  ClassFactory(ClassFactory&&) = delete;
-  ClassFactory& operator=(ClassFactory&&) = delete;
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
-    if (out == nullptr) return E_POINTER;
-    *out = id == IID_IUnknown || id == IID_IClassFactory ? this : nullptr;
-    if (*out == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** out) override {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
@@ -51,11 +34,7 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() = default;
-
   const Creatable& creatable_;
-  std::atomic<ULONG> references_ = 1;
-  Use use_;
 };
 
 }  // namespace

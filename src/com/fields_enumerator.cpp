@@ -1,38 +1,19 @@
 #include "com/fields_enumerator.h"
 
 #include <algorithm>
-#include <atomic>
 
 #include "com/com_error.h"
-#include "com/module.h"
+#include "com/counted.h"
 #include "com/objects.h"
 
 namespace kv::com {
 
 namespace {
 
-class FieldsEnumerator final : public IEnumVARIANT {
+class FieldsEnumerator final : public Counted<IEnumVARIANT> {
  public:
   FieldsEnumerator(Ref<Fields> fields, std::int32_t place)
       : fields_(std::move(fields)), place_(place) {}
-  FieldsEnumerator(const FieldsEnumerator&) = delete;
-  FieldsEnumerator& operator=(const FieldsEnumerator&) = delete;
-  FieldsEnumerator(FieldsEnumerator&&) = delete;
-  FieldsEnumerator& operator=(FieldsEnumerator&&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** out) override {
-    if (out == nullptr) return E_POINTER;
-    *out = id == IID_IUnknown || id == IID_IEnumVARIANT ? this : nullptr;
-    if (*out == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* out, ULONG* fetched) override {
     if (out == nullptr) return E_POINTER;
@@ -63,12 +44,8 @@ class FieldsEnumerator final : public IEnumVARIANT {
   }
 
  private:
-  ~FieldsEnumerator() = default;
-
   Ref<Fields> fields_;
   std::int32_t place_;
-  std::atomic<ULONG> references_ = 1;
-  Use use_;
 };
 
 }  // namespace

@@ -8,10 +8,40 @@ namespace kv::com {
 
 namespace {
 
+// The members of the interface that all queries share.
+template <class T, class Base>
+class QueryMembers : public Base {
+ protected:
+  using Base::call;
+
+ public:
+  using Base::Base;
+
+  HRESULT STDMETHODCALLTYPE LoadQuery(_kvRecordset** rs) override {
+    return call(&T::LoadQuery, rs);
+  }
+  HRESULT STDMETHODCALLTYPE SaveQuery(_kvRecordset** rs) override {
+    return call(&T::SaveQuery, rs);
+  }
+  HRESULT STDMETHODCALLTYPE JetSQL(BSTR* result) override { return call(&T::JetSQL, result); }
+  HRESULT STDMETHODCALLTYPE CrystalSQL(BSTR* result) override {
+    return call(&T::CrystalSQL, result);
+  }
+  HRESULT STDMETHODCALLTYPE SetQueryValue(BSTR* FieldName, VARIANT* Value) override {
+    return call(&T::SetQueryValue, FieldName, Value);
+  }
+  HRESULT STDMETHODCALLTYPE GetQueryValue(BSTR* FieldName, VARIANT* result) override {
+    return call(&T::GetQueryValue, FieldName, result);
+  }
+  HRESULT STDMETHODCALLTYPE id(LONG* result) override { return call(&T::id, result); }
+};
+
+using QueryObject = QueryMembers<clsQuery, ComObject<clsQuery, _clsQuery>>;
+
 // The three kinds differ in their interface's name only.
 template <class T>
-class StoredQueryObject final : public ComObject<T, InterfaceOf<T>, _clsQuery> {
-  using Base = ComObject<T, InterfaceOf<T>, _clsQuery>;
+class StoredQueryObject final : public QueryMembers<T, ComObject<T, InterfaceOf<T>, _clsQuery>> {
+  using Base = QueryMembers<T, ComObject<T, InterfaceOf<T>, _clsQuery>>;
   using Base::call;
 
  public:
@@ -38,28 +68,11 @@ class StoredQueryObject final : public ComObject<T, InterfaceOf<T>, _clsQuery> {
   HRESULT STDMETHODCALLTYPE clsquery_ID(LONG* result) override {
     return call(&T::clsquery_ID, result);
   }
-
-  HRESULT STDMETHODCALLTYPE LoadQuery(_kvRecordset** rs) override {
-    return call(&T::LoadQuery, rs);
-  }
-  HRESULT STDMETHODCALLTYPE SaveQuery(_kvRecordset** rs) override {
-    return call(&T::SaveQuery, rs);
-  }
-  HRESULT STDMETHODCALLTYPE JetSQL(BSTR* result) override { return call(&T::JetSQL, result); }
-  HRESULT STDMETHODCALLTYPE CrystalSQL(BSTR* result) override {
-    return call(&T::CrystalSQL, result);
-  }
-  HRESULT STDMETHODCALLTYPE SetQueryValue(BSTR* FieldName, VARIANT* Value) override {
-    return call(&T::SetQueryValue, FieldName, Value);
-  }
-  HRESULT STDMETHODCALLTYPE GetQueryValue(BSTR* FieldName, VARIANT* result) override {
-    return call(&T::GetQueryValue, FieldName, result);
-  }
-  HRESULT STDMETHODCALLTYPE id(LONG* result) override { return call(&T::id, result); }
 };
 
 }  // namespace
 
+Wrapped* makeObject(Ref<clsQuery> object) { return new QueryObject(std::move(object)); }
 Wrapped* makeObject(Ref<clsDocumentQuery> object) {
   return new StoredQueryObject<clsDocumentQuery>(std::move(object));
 }
