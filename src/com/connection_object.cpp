@@ -18,6 +18,9 @@ class ConnectionObject final : public ComObject<kvConnection, _kvConnection> {
     return call(&Class::Execute, SQL, RecordsAffected, Options);
   }
   HRESULT STDMETHODCALLTYPE Close() override { return call(&Class::Close); }
+  HRESULT STDMETHODCALLTYPE BeginTrans() override { return call(&Class::BeginTrans); }
+  HRESULT STDMETHODCALLTYPE CommitTrans() override { return call(&Class::CommitTrans); }
+  HRESULT STDMETHODCALLTYPE RollbackTrans() override { return call(&Class::RollbackTrans); }
 };
 
 }  // namespace

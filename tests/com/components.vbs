@@ -22,6 +22,40 @@ affected = 0
 connection.Execute "Update Users Set Title = 'x' Where UserID = 'User3' Or UserID = 'User4'", affected, 1
 Check "Connection.Execute", affected, 2
 connection.Execute "Delete From Users Where UserID = 'none'"
+connection.BeginTrans
+connection.Execute "Update Users Set Title = 'outer' Where UserID = 'User3'"
+connection.BeginTrans
+connection.Execute "Update Users Set Title = 'inner' Where UserID = 'User3'"
+connection.RollbackTrans
+Check "RollbackTrans, the inner one alone", Asked(vesk, "Select Title From Users Where UserID = 'User3'"), "outer"
+connection.BeginTrans
+connection.Execute "Update Users Set Title = 'both' Where UserID = 'User4'"
+connection.CommitTrans
+connection.CommitTrans
+Check "CommitTrans, what the outer one holds", Asked(vesk, "Select Title From Users Where UserID = 'User3'"), "outer"
+Check "CommitTrans, what the inner one holds", Asked(vesk, "Select Title From Users Where UserID = 'User4'"), "both"
+connection.BeginTrans
+connection.Execute "Update Users Set Title = 'kept?' Where UserID = 'User4'"
+connection.BeginTrans
+connection.Execute "Update Users Set Title = 'kept?' Where UserID = 'User3'"
+connection.CommitTrans
+connection.RollbackTrans
+Check "RollbackTrans, an inner one that was committed", Asked(vesk, "Select Title From Users Where UserID = 'User3'"), "outer"
+Check "RollbackTrans, the outer one", Asked(vesk, "Select Title From Users Where UserID = 'User4'"), "both"
+' An operation is a mark in the transaction, and goes with it.
+Set rs = vesk.User.Records(-1)
+connection.BeginTrans
+id = vesk.User.NewUser(rs, "Passing", "", "", "", "", "")
+Check "BeginTrans, an operation in it", Asked(vesk, "Select UserName From Users Where UserID = '" & id & "'"), "Passing"
+connection.RollbackTrans
+Check "RollbackTrans, an operation in it", Asked(vesk, "Select UserName From Users Where UserID = '" & id & "'"), "(no row)"
+rs.Close
+On Error Resume Next
+connection.CommitTrans
+CheckNumber "CommitTrans without a transaction", 3219
+connection.RollbackTrans
+CheckNumber "RollbackTrans without a transaction", 3219
+On Error GoTo 0
 server.StatementLog = ""
 Check "StatementLog", server.StatementLog, ""
 
