@@ -1,5 +1,6 @@
 // The root object's operations on actions: things for people to do.
 #include "common/convert.h"
+#include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/sql_text.h"
 #include "session/vesk.h"
@@ -20,8 +21,9 @@ bool clsVesk::SetExternalActionSystem(bool TurnOn, const std::string& Connection
     throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description());
   }
   users->DataServer()->Close();
+  // A path, which has just been opened as it stands, and so is stored as it stands.
   Execute("Update VeskConfig Set ExternalActionSystem = -1, UserDBLocation = '" +
-          inQuotes(ConnectionString) + "'");
+          doubledQuotes(ConnectionString) + "'");
   return true;
 }
 
@@ -73,20 +75,23 @@ Variant clsVesk::SendActions(const Ref<Recordset>& rsActions, const Ref<Recordse
   return result;
 }
 
+std::string clsVesk::senderOfActions() const {
+  return doubledQuotes(joinText(dataServer_->Config()->Value("DBID")));
+}
+
 Ref<Recordset> clsVesk::GetActions(const std::string& UserID, bool IncludeClosed) {
   if (!hasActionSystem()) raise(kNoActionsToGet);
-  const std::string user = UserID.empty() ? dataServer_->Profile()->UserID() : UserID;
-  const std::string sender = joinText(dataServer_->Config()->Value("DBID"));
-  return GetRecordset("Select * From Actions where Assigneeid = '" + inQuotes(user) +
-                      "' and ReferenceID = '" + inQuotes(sender) +
+  const std::string user =
+      UserID.empty() ? doubledQuotes(dataServer_->Profile()->UserID()) : inQuotes(UserID);
+  return GetRecordset("Select * From Actions where Assigneeid = '" + user +
+                      "' and ReferenceID = '" + senderOfActions() +
                       (IncludeClosed ? "'" : "' and dateclosed is null"));
 }
 
 bool clsVesk::HasActions(const std::string& UserID) {
   if (!hasActionSystem()) raise(kNoActionsToHave);
-  const std::string sender = joinText(dataServer_->Config()->Value("DBID"));
   return GetRecordset("Select * From Actions where Assigneeid = '" + inQuotes(UserID) +
-                      "' and ReferenceID = '" + inQuotes(sender) + "' and isnull(dateclosed)")
+                      "' and ReferenceID = '" + senderOfActions() + "' and isnull(dateclosed)")
              ->RecordCount() > 0;
 }
 

@@ -86,7 +86,7 @@ std::string clsVeskDocument::Add(const std::string& UserID, const std::string& t
   Operation operation(dataServer_->Connection());
   const auto row = rs ? rs : Records(0, {}, "Select * From Documents Where ID = -1");
   Addition addition(row);
-  std::string documentId = UserID + stampText(now());
+  std::string documentId = outOfQuotes(UserID) + stampText(now());
   setFieldOrNull(*row, "DocumentID", documentId);
   setFieldOrNull(*row, "DocumentTitle", title);
   setFieldOrNull(*row, "DocumentNumber", number);
@@ -98,8 +98,9 @@ std::string clsVeskDocument::Add(const std::string& UserID, const std::string& t
   row->Fields("SecurityLevel")->Value(Secured);
   setFieldOrNull(*row, "Location", location);
   // Before the document's row is stored: should this fail, there is nothing to take back.
-  const std::int32_t revision = oVesk_->Revision()->Add(documentId, RevisionLevel, {}, {}, {},
-                                                        location, RevReady, UserID, EffectiveDate);
+  const std::int32_t revision =
+      oVesk_->Revision()->Add(doubledQuotes(documentId), RevisionLevel, {}, {}, {}, location,
+                              RevReady, UserID, EffectiveDate);
   if (RevReady) {
     row->Fields("CurrentRevID")->Value(revision);
     setFieldOrNull(*row, "RevisionLevel", RevisionLevel);

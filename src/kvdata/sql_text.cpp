@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/jet/errors.h"
+#include "kvdata/jet/lexer.h"
 
 namespace kv {
 
@@ -12,6 +12,23 @@ namespace {
 
 [[noreturn]] void refuse(std::string_view value, std::size_t offset) {
   jet::fail(kSyntax, jet::kMissingOperator, value, {offset, value.size() - offset});
+}
+
+// Whether a text is one literal of a kind to whoever reads statements, behind a sign if it may have
+// one. Asked of the lexer itself, so that neither more nor less than that is let through.
+bool isOneLiteral(const std::string& text, jet::TokenKind kind, bool signAllowed) {
+  jet::Lexed lexed;
+  try {
+    jet::lex(text, lexed);
+  } catch (const Error&) {
+    return false;
+  }
+  auto token = lexed.tokens.begin();  // the last one is End
+  if (signAllowed && token->kind == jet::TokenKind::Symbol &&
+      (token->text == "+" || token->text == "-"))
+    ++token;
+  if (token->kind != kind) return false;
+  return (++token)->kind == jet::TokenKind::End;
 }
 
 }  // namespace
@@ -37,9 +54,15 @@ std::string outOfQuotes(std::string_view value) {
 }
 
 std::string asNumber(std::string_view value) {
-  const bool plain = value.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
-  if (!plain || !parseNumber(value)) refuse(value, 0);
-  return std::string(value);
+  std::string out(value);
+  if (!isOneLiteral(out, jet::TokenKind::Number, true)) refuse(value, 0);
+  return out;
+}
+
+std::string asDate(std::string_view value) {
+  std::string out(value);
+  if (!isOneLiteral("#" + out + "#", jet::TokenKind::Date, false)) refuse(value, 0);
+  return out;
 }
 
 std::string asColumnName(std::string_view value) {

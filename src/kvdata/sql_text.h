@@ -17,8 +17,13 @@ namespace kv {
 // statement is stored in a field, compared with one or locked by.
 [[nodiscard]] std::string outOfQuotes(std::string_view value);
 
-// A value outside quotes: one number with an optional sign.
+// A value outside quotes: what a statement reads as one number, with an optional sign and blanks
+// around it.
 [[nodiscard]] std::string asNumber(std::string_view value);
+
+// A value between number signs: what a statement reads as one date there, such as 3/9/2001,
+// 25/7/2018, 20 Jan 2001 or 2:05 PM.
+[[nodiscard]] std::string asDate(std::string_view value);
 
 // A value outside quotes that must be the name of a column: letters, digits and underscores, not
 // beginning with a digit, or any name in brackets.

@@ -78,8 +78,14 @@ std::string formulaColumn(std::string_view table, std::string_view column) {
   return fmt::format("{{{}.{}}}", table, column);
 }
 
+Date criterionDate(const Variant& value) {
+  const auto* text = value.as<std::string>();
+  const auto date = text == nullptr ? std::nullopt : parseDateLiteral(*text);
+  return date ? *date : toDate(value);
+}
+
 std::string yearMonthDay(const Variant& date) {
-  const CalendarTime fields = toDate(date).fields();
+  const CalendarTime fields = criterionDate(date).fields();
   return fmt::format("{},{},{}", fields.year, fields.month, fields.day);
 }
 

@@ -61,6 +61,9 @@ inline constexpr int kContains = 1;  // the one code that is a pattern
 
 // A column as the report formula names it.
 [[nodiscard]] std::string formulaColumn(std::string_view table, std::string_view column);
+// The day that a criterion says: text is read as a statement reads it between number signs, so that
+// formula and statement of one query mean the same. Raises 13 for something that is no date.
+[[nodiscard]] Date criterionDate(const Variant& value);
 // Year, month and day without leading zeros, joined by commas. Raises 13 for something that is no
 // date.
 [[nodiscard]] std::string yearMonthDay(const Variant& date);

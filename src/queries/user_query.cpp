@@ -82,8 +82,8 @@ void clsUserQuery::requireJoinable() const {
         (void)inQuotes(text);
       } else if (type == FieldType::Number) {
         (void)asNumber(text);
-      } else if (!parseDate(text)) {
-        (void)asNumber(text);  // neither a date nor anything else that may stand between the marks
+      } else {
+        (void)asDate(text);
       }
     };
     require(joinText(value));
@@ -144,8 +144,8 @@ std::string clsUserQuery::CrystalSQL() const {
       const Variant& end = criteria_.at(field + "Upper");
       if (!date) return joinText(end);
       // Year and month are those of the beginning.
-      const CalendarTime from = toDate(value).fields();
-      return fmt::format("Date({},{},{})", from.year, from.month, toDate(end).fields().day);
+      const CalendarTime from = criterionDate(value).fields();
+      return fmt::format("Date({},{},{})", from.year, from.month, criterionDate(end).fields().day);
     };
     switch (code) {
       case kEqual: s += " and " + column + " = " + v; break;

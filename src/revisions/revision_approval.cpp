@@ -1,6 +1,7 @@
 // How approvers decide about a revision.
 #include "common/clock.h"
 #include "common/convert.h"
+#include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/sql_text.h"
@@ -44,14 +45,14 @@ bool clsVeskRevision::CanApprove(const std::string& UserID, std::int32_t Revisio
       compareValues(revision->Fields("RevisionStatus")->Value(),
                     static_cast<std::int16_t>(RevisionStatus::AwaitingApproval)) != 0)
     return false;
-  if (oVesk_->User()->UserIsOwner(UserID, fieldText(*revision, "DocumentID")) &&
+  if (oVesk_->User()->UserIsOwner(UserID, doubledQuotes(fieldText(*revision, "DocumentID"))) &&
       settingIsOn(setting("OwnerRights"), oroverrideapproval))
     return true;
   if (ApprovingForID != UserID) return false;
   const auto approvals = dataServer_->open("Select * From Approvalrouting Where RevID = " + number +
                                            " Order By ListOrder");
   moveToTurn(*approvals, revision->Fields("RoutingStatus")->Value());
-  const bool turn = fieldText(*approvals, "UserID") == UserID;
+  const bool turn = fieldText(*approvals, "UserID") == outOfQuotes(UserID);
   revision->Close();
   approvals->Close();
   return turn;
@@ -69,9 +70,9 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
   if (inOrder) {
     requireTurnAsRead(*dataServer_, *rsrevisions);
     moveToTurn(*rsApprovals, rsrevisions->Fields("RoutingStatus")->Value());
-    if (fieldText(*rsApprovals, "UserID") != approver) return false;
+    if (fieldText(*rsApprovals, "UserID") != outOfQuotes(approver)) return false;
     rsApprovals->Fields("ApprovalStatus")->Value(status);
-    setFieldOrNull(*rsApprovals, "ApprovedBy", currentUser);
+    setFieldOrNull(*rsApprovals, "ApprovedBy", outOfQuotes(currentUser));
     rsApprovals->Fields("DateApproved")->Value(today());
   } else {
     rsApprovals->Find("UserID = '" + inQuotes(approver) + "'");

@@ -43,15 +43,14 @@ std::int32_t clsVeskRevision::Add(const std::string& DocumentID, const std::stri
                                   const std::string& dateEffective) {
   Operation operation(dataServer_->Connection());
   // The row is found again by a level that only it has, and then gets its own.
-  const std::string key = responsibleid + stampText(now());
+  const std::string key = inQuotes(responsibleid) + stampText(now());
   const auto added = dataServer_->open("Select * from Revisions Where RevisionID = -1");
   added->AddNew();
-  added->Fields("RevisionLevel")->Value(key);
+  added->Fields("RevisionLevel")->Value(outOfQuotes(key));
   added->Update();
   added->Close();
 
-  const auto row =
-      dataServer_->open("Select * From Revisions Where RevisionLevel = '" + inQuotes(key) + "'");
+  const auto row = dataServer_->open("Select * From Revisions Where RevisionLevel = '" + key + "'");
   // The newest, should somebody have given a revision such a level by hand.
   row->MoveLast();
   setFieldOrNull(*row, "RevisionLevel", RevisionLevel);
@@ -59,8 +58,8 @@ std::int32_t clsVeskRevision::Add(const std::string& DocumentID, const std::stri
   setFieldOrNull(*row, "RevUser2", user2);
   setFieldOrNull(*row, "ChangeDescription", ChangeDescription);
   setFieldOrNull(*row, "Location", location);
-  setFieldOrNull(*row, "DocumentID", DocumentID);
-  setFieldOrNull(*row, "ResponsibleID", responsibleid);
+  setFieldOrNull(*row, "DocumentID", outOfQuotes(DocumentID));
+  setFieldOrNull(*row, "ResponsibleID", outOfQuotes(responsibleid));
   setFieldOrNull(*row, "EffectiveDate", dateEffective);
   row->Fields("RoutingStatus")->Value(std::int16_t{0});
   row->Fields("RevisionStatus")
@@ -129,8 +128,8 @@ void clsVeskRevision::tellStatus(Recordset& revision, Recordset& approvers, std:
     case RevisionStatus::OutOfDate: text = "Out of date revision"; break;
     case RevisionStatus::Current: text = "Current Revision"; break;
     case RevisionStatus::BeingRevised:
-      text =
-          "Being Revised by " + oVesk_->User()->getUserName(fieldText(revision, "ResponsibleID"));
+      text = "Being Revised by " +
+             oVesk_->User()->getUserName(doubledQuotes(fieldText(revision, "ResponsibleID")));
       break;
     case RevisionStatus::AwaitingApproval:
       if (approvers.RecordCount() < 1) {
@@ -140,8 +139,8 @@ void clsVeskRevision::tellStatus(Recordset& revision, Recordset& approvers, std:
       // The routing status is the place, from 1, of the approver whose turn it is.
       approvers.MoveFirst();
       approvers.Move(toInt16(revision.Fields("RoutingStatus")->Value()) - 1);
-      text =
-          "Awaiting Approval from " + oVesk_->User()->getUserName(fieldText(approvers, "UserID"));
+      text = "Awaiting Approval from " +
+             oVesk_->User()->getUserName(doubledQuotes(fieldText(approvers, "UserID")));
       break;
     case RevisionStatus::Approved: text = "Approved"; break;
     case RevisionStatus::Rejected: text = "Rejected"; break;

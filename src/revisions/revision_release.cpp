@@ -5,7 +5,6 @@
 #include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
-#include "kvdata/sql_text.h"
 #include "revisions/revision.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
@@ -31,7 +30,7 @@ std::string updatedSubject(const std::string& title) {
 
 // The statement for the users to tell; empty when nobody is.
 std::string holdersOf(const std::string& document, bool hard, bool virtually) {
-  const std::string of = "Where DocumentID = '" + inQuotes(document) + "'";
+  const std::string of = "Where DocumentID = '" + doubledQuotes(document) + "'";
   if (hard && virtually) return "Select distinct UserID from Personals " + of;
   if (hard) return "Select UserID From Personals " + of + " and HardCopy <> 0";
   if (virtually) return "Select Userid from Personals " + of + " and HardCopy = 0";
@@ -43,7 +42,7 @@ std::string holdersOf(const std::string& document, bool hard, bool virtually) {
 void clsVeskRevision::SetAsCurrentRevision(const Ref<Recordset>& rsRevision,
                                            Ref<Recordset>& rsDocuments, bool SendActions) {
   const std::string document = fieldText(*rsRevision, "DocumentID");
-  const std::string quoted = inQuotes(document);
+  const std::string quoted = doubledQuotes(document);
   savePending(rsDocuments);
   Operation operation(dataServer_->Connection(), "Documents", "DocumentID", document);
   Variant position;

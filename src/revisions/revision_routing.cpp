@@ -1,9 +1,9 @@
 // How a revision goes to its approvers.
 #include "common/clock.h"
 #include "common/convert.h"
+#include "common/text.h"
 #include "kvdata/operation.h"
 #include "kvdata/recordset/text_field.h"
-#include "kvdata/sql_text.h"
 #include "revisions/revision.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
@@ -80,6 +80,7 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
   const std::int32_t id = toInt32(rs->Fields("RevisionID")->Value());
   const std::string number = std::to_string(id);
   const std::string document = fieldText(*rs, "DocumentID");
+  const std::string joined = doubledQuotes(document);
   Operation operation(dataServer_->Connection(), "Revisions", "RevisionID", std::int64_t{id});
   const auto known = dataServer_->open("Select * From ApprovalRouting Where RevID = " + number);
   const bool first = known->RecordCount() <= 0;
@@ -88,7 +89,7 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
     dataServer_->execute(
         "Insert Into ApprovalRouting(RevID,UserID,ListOrder,ApprovalStatus) Select " + number +
         ", Routing.UserID, Routing.ListOrder , 0 From Routing Where Routing.DocumentID = '" +
-        inQuotes(document) + "'");
+        joined + "'");
   else
     dataServer_->execute("Update ApprovalRouting Set ApprovalStatus = 0 Where RevID = " + number);
   Edit edit(rs);
@@ -100,7 +101,7 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
     rs->Fields("RevisionStatus")->Value(static_cast<std::int16_t>(RevisionStatus::Approved));
   } else {
     approvers->MoveFirst();
-    const std::string title = joinText(oVesk_->Document()->Value(document, "DocumentTitle"));
+    const std::string title = joinText(oVesk_->Document()->Value(joined, "DocumentTitle"));
     sendTo(fieldText(*approvers, "UserID"), "Your approval is required",
            setting("Revision") + " " + fieldText(*rs, "RevisionLevel") + " of the " + title + " " +
                setting("Document") + " requires your approval.",
@@ -118,8 +119,8 @@ void clsVeskRevision::NotifyNextapprover(const Ref<Recordset>& rsrevisions,
   Edit edit(rsrevisions);
   const Variant number = rsrevisions->Fields("RevisionID")->Value();
   const auto title = [&] {
-    return joinText(
-        oVesk_->Document()->Value(fieldText(*rsrevisions, "DocumentID"), "DocumentTitle"));
+    return joinText(oVesk_->Document()->Value(doubledQuotes(fieldText(*rsrevisions, "DocumentID")),
+                                              "DocumentTitle"));
   };
   const auto level = [&] { return fieldText(*rsrevisions, "RevisionLevel"); };
   const auto setStatus = [&](RevisionStatus status) {

@@ -166,6 +166,8 @@ class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   void requireVersions();
   // Whether users and their actions can be reached.
   [[nodiscard]] bool hasActionSystem() const;
+  // What the register signs its actions with, as it stands in statements.
+  [[nodiscard]] std::string senderOfActions() const;
   // Of a document whose identifier can be joined into a statement: whether the logged-in user owns
   // it, and whether it is controlled.
   [[nodiscard]] bool isCurrentUsersDocument(const std::string& DocumentID) const;

@@ -149,7 +149,7 @@ Ref<Recordset> clsVeskUser::GetTheseUsers(const Ref<Recordset>& rs) {
   if (rs->RecordCount() <= 0) return {};
   std::string users;
   for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext())
-    users += " or UserID = '" + inQuotes(fieldText(*rs, "UserID")) + "'";
+    users += " or UserID = '" + doubledQuotes(fieldText(*rs, "UserID")) + "'";
   constexpr std::size_t kOr = 4;  // " or "
   return oVesk_->GetRecordset("Select * From Users Where " + users.substr(kOr));
 }

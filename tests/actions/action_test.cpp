@@ -220,6 +220,25 @@ TEST_F(Actions, WhetherAUserHasOpenActions) {
   EXPECT_FALSE(vesk_->HasActions("")) << "which is not the logged-in user here";
 }
 
+TEST_F(Actions, OwnOnesAreListedWhateverUserAndRegisterAreCalled) {
+  reg_.addUser(3, "Pat", "secret");
+  for (const char* table : {"Users", "VeskProfiles"})
+    reg_.execute(std::string("Update ") + table +
+                 " Set UserID = 'O''Brien' Where UserID = 'User3'");
+  reg_.execute("Update VeskConfig Set DBID = 'Pat''s'");
+  addAction("O''Brien", "open", "Pat''s");
+  addAction("O''Brien", "closed", "Pat''s", "#1/2/2001#");
+  addAction("User2", "of another user", "Pat''s");
+  logIn("Pat");
+  EXPECT_EQ(statementsOf([&] { EXPECT_EQ(subjects(vesk_->GetActions()), Texts{"open"}); }),
+            Texts{"Select * From Actions where Assigneeid = 'O''Brien' and ReferenceID = 'Pat''s' "
+                  "and dateclosed is null"});
+  EXPECT_EQ(subjects(vesk_->GetActions("", true)), (Texts{"open", "closed"}));
+  EXPECT_EQ(subjects(vesk_->GetActions("O''Brien")), Texts{"open"});
+  EXPECT_TRUE(vesk_->HasActions("O''Brien"));
+  EXPECT_RAISES(kSyntax, (void)vesk_->GetActions("O'Brien"));
+}
+
 TEST_F(Actions, IdentifiersThatWouldChangeTheStatementAreRefused) {
   const std::string bad = "x' or 'a'='a";
   EXPECT_EQ(statementsOf([&] {

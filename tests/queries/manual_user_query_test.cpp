@@ -378,6 +378,21 @@ TEST_F(UserQueryTexts, Failures) {
   }
 }
 
+TEST_F(UserQueryTexts, FormulasReadDatesAsStatementsDo) {
+  loadTypes();
+  for (const auto& [text, day] : {std::pair{"25/7/2018", "2018,7,25"},
+                                  {"20 Jan 2001", "2001,1,20"},
+                                  {"1/2/99", "1999,1,2"},
+                                  {"2:05 PM", "1899,12,30"}}) {
+    set("User04", text, 0);
+    expect(std::string(" Where User04 = #") + text + "#",
+           std::string("{Users.User04} = Date(") + day + ")");
+  }
+  set("User04", "20 Jan 2001", 3, "5 Mar 2001");
+  expect(" Where User04 > #20 Jan 2001# and User04 < #5 Mar 2001#",
+         "{Users.User04} > Date(2001,1,20) and {Users.User04} < Date(2001,1,5)");
+}
+
 TEST_F(UserQueryTexts, WhatIsNoDateFailsInReportsOnly) {
   loadTypes();
   for (const int code : {0, 1, 2, 3}) {

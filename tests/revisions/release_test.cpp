@@ -175,7 +175,9 @@ TEST_F(Release, WithoutARevisionItRaises) {
   const auto rs = reg_.open("Select RevisionID From Revisions");
   EXPECT_RAISES(kNoSuchItem, revision().SetAsCurrentRevision(rs, documents, true));
   const auto bad = revision().GetRevRS(addRevision(4, "DocumentID = 'x'' or ''a''=''a'"));
-  EXPECT_RAISES(kSyntax, revision().SetAsCurrentRevision(bad, documents, true));
+  EXPECT_RAISES(kDocumentNotThere, revision().SetAsCurrentRevision(bad, documents, true))
+      << "which no document is called";
+  documents.reset();
   reg_.execute("Delete * From Revisions");
   EXPECT_EQ(reg_.value("Select Count(*) From Actions"), "0");
   EXPECT_EQ(document(), "A|~|77");

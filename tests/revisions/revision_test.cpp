@@ -308,9 +308,17 @@ TEST_F(Revision, AResponsibleUserWhoWouldChangeTheStatementIsRefused) {
   const auto before = everything();
   for (const char* user : {"O'Brien", "'", "x' or 'a'='a"})
     EXPECT_RAISES(kSyntax, revision().Add("D1", "B", "", "", "", "", true, user)) << user;
-  // Stored as it is, and then looked for with a single apostrophe.
-  EXPECT_RAISES(kNoCurrentRow, revision().Add("D1", "B", "", "", "", "", true, "O''Brien"));
   EXPECT_EQ(everything(), before);
+}
+
+TEST_F(Revision, IdentifiersAreGivenAsTheyStandInStatements) {
+  const StoppedClock clock(at(2001, 2, 3, 14, 5, 9));
+  std::int32_t id = 0;
+  EXPECT_EQ(
+      statementsOf([&] { id = revision().Add("Plan''6", "B", "", "", "", "", false, "O''Brien"); }),
+      (Texts{"Select * from Revisions Where RevisionID = -1",
+             "Select * From Revisions Where RevisionLevel = 'O''Brien020301140509'"}));
+  EXPECT_EQ(row(id), "Plan'6|B|~|~|~|~|~|O'Brien|0|2");
 }
 
 // ---- loading ----
@@ -382,7 +390,10 @@ TEST_F(Revision, WhoRevisesIsNamedByTheProfiles) {
     EXPECT_EQ(loaded.status, "Being Revised by ");
   }
   reg_.execute("Update Revisions Set ResponsibleID = 'O''Brien'");
-  EXPECT_RAISES(kSyntax, loaded.from(revision(), id)) << "a value that would change the statement";
+  reg_.execute("Update VeskProfiles Set UserID = 'O''Brien' Where UserID = 'User1'");
+  EXPECT_EQ(statementsOf([&] { loaded.from(revision(), id); }).back(),
+            "Select UserName From VeskProfiles Where UserID = 'O''Brien'");
+  EXPECT_EQ(loaded.status, "Being Revised by Anna O'Brien");
 }
 
 TEST_F(Revision, TheApproverWhoseTurnItIsIsNamed) {
@@ -553,7 +564,7 @@ TEST_F(Revision, IdentifiersThatAreNoNumberAreRefused) {
   for (const std::string& id :
        {std::string(), std::string(" "), std::string("one"), std::string("O'Brien"),
         std::string("O''Brien"), std::string("'1'"), std::string("1 or 1=1"), std::string("1;2"),
-        std::string("1 "), std::string("Null"), std::string("RevisionID"), std::string("(1)"),
+        std::string("1 1"), std::string("Null"), std::string("RevisionID"), std::string("(1)"),
         std::string("0x1"), std::string(10000, 'x'), std::string("1\0", 2),
         std::string("caf\xE9")}) {
     EXPECT_EQ(statementsOf([&] {

@@ -1,6 +1,7 @@
 // Users and actions in a database of their own.
 #include <sys/stat.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "kvdata/schema/create_register.h"
@@ -133,15 +134,23 @@ TEST_F(UserDatabase, WhatCannotBeOpenedIsNotSwitchedOn) {
   }
 }
 
-TEST_F(UserDatabase, AnApostropheInItsNameIsNotJoinedIntoTheStatement) {
+TEST_F(UserDatabase, MayStandInAFolderWithAnApostrophe) {
   FILES_ONLY();
-  reg_.execute("Update VeskConfig Set ExternalActionSystem = False, UserDBLocation = Null");
-  vesk_->OpenConnection(reg_.path());
-  const std::string file = reg_.folder().file("o'brien.kvv");
-  createUserDatabase(file)->Close();
-  const auto before = everything();
-  EXPECT_RAISES(kSyntax, vesk_->SetExternalActionSystem(true, file));
-  EXPECT_EQ(everything(), before);
+  for (const char* name : {"Pat O'Brien's", "two '' together"}) {
+    reg_.execute("Update VeskConfig Set ExternalActionSystem = False, UserDBLocation = Null");
+    vesk_->OpenConnection(reg_.path());
+    const std::filesystem::path folder = reg_.folder().path() / name;
+    std::filesystem::create_directory(folder);
+    const std::string file = (folder / "users.kvv").string();
+    std::int32_t affected = 0;
+    const auto users = createUserDatabase(file);
+    users->Execute("Insert Into Users (ID, UserID, UserName) Values (1, 'User1', 'Pat')", affected);
+    users->Close();
+    EXPECT_TRUE(vesk_->SetExternalActionSystem(true, file));
+    EXPECT_EQ(reg_.value("Select UserDBLocation From VeskConfig"), file);
+    vesk_->OpenConnection(reg_.path());
+    EXPECT_EQ(rows(vesk_->GetRecordset("Select UserName From Users")), Texts{"Pat"});
+  }
 }
 
 // ---- which statements run where ----

@@ -1,6 +1,7 @@
 // The record operations of clsVeskUser: what they run, give back, store, raise and leave behind.
 #include <gtest/gtest.h>
 
+#include "kvdata/schema/change_columns.h"
 #include "rights/rights.h"
 #include "support/engine_answers.h"
 #include "support/session_test.h"
@@ -60,6 +61,16 @@ class UserSession : public Session {
 class Users : public UserSession<test::SessionTest> {
  protected:
   Users() { logIn("Bert"); }  // no right is tested
+  // User02 becomes a number, User04 a date.
+  void typeFields() {
+    reg_.execute("Update UserConfig Set TypeUser02 = 1, TypeUser04 = 2");
+    const auto& database = vesk_->DataServer()->Connection()->database();
+    Transaction transaction(*database, engine::Access::Write);
+    changeColumns(database, "Users",
+                  {{.name = "User02", .type = ColumnType::Double},
+                   {.name = "User04", .type = ColumnType::Date}});
+    transaction.commit();
+  }
 };
 
 // ---- lists ----
@@ -134,6 +145,47 @@ TEST_F(Users, ListsPassErrorsOn) {
   query->SetQueryValue("AliasOperator", 0);
   user().SaveQuery(query);
   EXPECT_RAISES(kSyntax, (void)user().Records(query->id()));
+}
+
+// Fields of users that a register keeps as numbers and dates; queries of them are text.
+TEST_F(Users, QueriesOfNumbersAndDatesTakeWhatAStatementReads) {
+  typeFields();
+  const auto query = user().NewQuery();
+  const auto ask = [&](const std::string& field, const std::string& value, int code) {
+    for (const char* other : {"User02", "User04"}) query->SetQueryValue(other, Null);
+    query->SetQueryValue(field, value);
+    query->SetQueryValue(field + "Operator", code);
+    user().SaveQuery(query);
+    return statementsOf([&] { (void)user().Records(query->id(), "ID"); }).back();
+  };
+  const std::string select = "Select * from Users  Where ";
+  for (const char* date : {"3/9/2001", "2001-03-09", "25/7/2018", "20 Jan 2001", "1/2/99",
+                           "2:05 PM", "March 9, 2001", "3/9/2001 2:05 PM", " 3/9/2001 "})
+    EXPECT_EQ(ask("User04", date, 0), select + "User04 = #" + date + "# Order By ID");
+  for (const char* number : {"5", " 5", "5 ", "-5", "- 5", "+5", ".5", "5.", "1e3", "1.5E-3"})
+    EXPECT_EQ(ask("User02", number, 0), select + "User02 = " + number + " Order By ID");
+}
+
+TEST_F(Users, AndNothingElse) {
+  typeFields();
+  const auto query = user().NewQuery();
+  const auto refused = [&](const std::string& field, const std::string& value) {
+    for (const char* other : {"User02", "User04"}) query->SetQueryValue(other, Null);
+    query->SetQueryValue(field, value);
+    query->SetQueryValue(field + "Operator", 0);
+    user().SaveQuery(query);
+    EXPECT_EQ(statementsOf([&] {
+                EXPECT_RAISES(kSyntax, (void)user().Records(query->id(), "ID"));
+              }).size(),
+              1U)
+        << field << " = " << value << ": only the types are asked for";
+  };
+  for (const char* date :
+       {"5", "soon", "13/13/2001", "3/9/2001# or #1/1/2001", "#", "2:75 PM", "3/9", "1/2/3/4"})
+    refused("User04", date);
+  for (const char* number : {"--5", "+-5", "5 5", "5 or 1=1", "'5'", "#3/9/2001#", "1,5", "0x5",
+                             "5a", "(5)", "ID", "1e999", "-"})
+    refused("User02", number);
 }
 
 TEST_F(Users, RecordIsTheSetOfOneUser) {
@@ -412,8 +464,16 @@ TEST_F(Users, OfAnEmptySetThereAreNone) {
 
 TEST_F(Users, GetTheseUsersPassesErrorsOn) {
   EXPECT_RAISES(kNoSuchItem, (void)user().GetTheseUsers(reg_.open("Select UserName From Users")));
+}
+
+TEST_F(Users, GetTheseUsersNamesThemWhateverTheyAreCalled) {
   reg_.execute("Update Users Set UserID = 'a'' or ''a''=''a' Where ID = 2");
-  EXPECT_RAISES(kSyntax, (void)user().GetTheseUsers(reg_.open("Select UserID From Users")));
+  Ref<Recordset> rs;
+  EXPECT_EQ(statementsOf([&] {
+              rs = user().GetTheseUsers(reg_.open("Select UserID From Users Where ID = 2"));
+            }),
+            Texts{"Select * From Users Where UserID = 'a'' or ''a''=''a'"});
+  EXPECT_EQ(rs->RecordCount(), 1);
 }
 
 // ---- owners ----
