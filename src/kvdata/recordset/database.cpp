@@ -6,7 +6,7 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/jet/binder.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
 
 namespace kv {

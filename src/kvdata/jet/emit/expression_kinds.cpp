@@ -1,0 +1,39 @@
+#include "kvdata/jet/emit/expression_kinds.h"
+
+#include <algorithm>
+
+#include "common/catalog.h"
+
+namespace kv::jet {
+
+bool isText(const Expr& e) { return e.type && isTextType(*e.type); }
+bool isDate(const Expr& e) { return e.type == ColumnType::Date; }
+bool isNumber(const Expr& e) { return e.type && !isTextType(*e.type) && !isDate(e); }
+
+bool isCondition(const Expr& e) {
+  switch (e.kind) {
+    case ExprKind::Not:
+    case ExprKind::And:
+    case ExprKind::Or:
+    case ExprKind::Like:
+    case ExprKind::In:
+    case ExprKind::Between:
+    case ExprKind::IsNull: return true;
+    case ExprKind::Binary: return isComparison(e.op);
+    case ExprKind::Literal:
+    case ExprKind::Null:
+    case ExprKind::Truth:
+    case ExprKind::Column:
+    case ExprKind::Negate:
+    case ExprKind::Function: return false;
+  }
+  return false;
+}
+
+bool isConstant(const Expr& e) {
+  if (e.kind == ExprKind::Column || e.aggregate != Aggregate::None) return false;
+  return std::all_of(e.args.begin(), e.args.end(),
+                     [](const auto& arg) { return isConstant(*arg); });
+}
+
+}  // namespace kv::jet
