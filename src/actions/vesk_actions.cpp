@@ -17,7 +17,8 @@ bool clsVesk::SetExternalActionSystem(bool TurnOn, const std::string& Connection
   try {
     users->OpenConnection(std::string(kUserDatabaseAt) + ConnectionString);
   } catch (const Error& e) {
-    throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description());
+    throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description(),
+                e.where(), e.cause());
   }
   users->DataServer()->Close();
   Execute("Update VeskConfig Set ExternalActionSystem = -1, UserDBLocation = '" +
