@@ -8,7 +8,7 @@
 #include <set>
 
 #include "kvdata/jet/binder.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
 #include "kvdata/schema/create_register.h"
 #include "kvdata/schema/register_schema.h"

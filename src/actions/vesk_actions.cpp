@@ -18,7 +18,8 @@ bool clsVesk::SetExternalActionSystem(bool TurnOn, const std::string& Connection
   try {
     users->OpenConnection(std::string(kUserDatabaseAt) + ConnectionString);
   } catch (const Error& e) {
-    throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description());
+    throw Error(e.number(), e.source(), std::string(kUserDatabaseRefused) + e.description(),
+                e.where(), e.cause());
   }
   users->DataServer()->Close();
   // A path, which has just been opened as it stands, and so is stored as it stands.

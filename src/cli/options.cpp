@@ -8,13 +8,6 @@
 
 namespace kv::cli {
 
-namespace {
-
-// The one failure of an opening after which the session is open all the same.
-bool isAboutUsers(const Error& e) { return e.description().starts_with(kUserDatabaseFailed); }
-
-}  // namespace
-
 void deny(std::string_view why) {
   throw Error(kPermission, "kvvesk",
               std::string(wellKnownText(kPermission)) + ": " + std::string(why));
@@ -26,8 +19,8 @@ Session::Session(const Options& options) : vesk_(clsVesk::create()) {
         passwordFor("KVVESK_PASSWORD", "Password of " + options.user + ": ");
     try {
       vesk_->OpenConnection("Data Source=" + quotedValue(options.registerPath));
-    } catch (const Error& e) {
-      if (!options.ownUsersDo || !isAboutUsers(e)) throw;
+    } catch (const UserDatabaseError& e) {
+      if (!options.ownUsersDo) throw;
       std::cerr << "kvvesk: " << e.description()
                 << "\nkvvesk: the register's own users are taken\n";
     }

@@ -60,11 +60,13 @@ const KnownText* find(std::int32_t number) noexcept {
 
 }  // namespace
 
-Error::Error(std::int32_t number, std::string source, std::string description, TextRange where)
+Error::Error(std::int32_t number, std::string source, std::string description, TextRange where,
+             Cause cause)
     : number_(number),
       source_(std::move(source)),
       description_(std::move(description)),
-      where_(where) {}
+      where_(where),
+      cause_(cause) {}
 
 void raise(std::int32_t number, std::string_view detail) {
   const KnownText* known = find(number);
@@ -74,6 +76,18 @@ void raise(std::int32_t number, std::string_view detail) {
     text += detail;
   }
   throw Error(number, std::string(known != nullptr ? known->source : kData), std::move(text));
+}
+
+void raise(Cause cause, std::string_view native) {
+  raise(cause, std::string(sentenceOf(cause)), native);
+}
+
+void raise(Cause cause, std::string sentence, std::string_view native) {
+  if (!native.empty()) {
+    sentence += ' ';
+    sentence += native;
+  }
+  throw Error(kEngineFailure, std::string(kData), std::move(sentence), {}, cause);
 }
 
 std::string_view wellKnownText(std::int32_t number) noexcept {

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/cause.h"
+
 namespace kv {
 
 // Base of the library's own codes: what a component adds to its error codes (hexadecimal 80040000).
@@ -57,13 +59,16 @@ struct TextRange {
 
 class Error : public std::exception {
  public:
-  Error(std::int32_t number, std::string source, std::string description, TextRange where = {});
+  Error(std::int32_t number, std::string source, std::string description, TextRange where = {},
+        Cause cause = Cause::None);
 
   [[nodiscard]] std::int32_t number() const noexcept { return number_; }
   [[nodiscard]] const std::string& source() const noexcept { return source_; }
   [[nodiscard]] const std::string& description() const noexcept { return description_; }
   // Where in the statement text the fault lies; for programs that draw a caret under it.
   [[nodiscard]] TextRange where() const noexcept { return where_; }
+  // What an engine's failure (-2147467259 and the like) comes from; None for all others.
+  [[nodiscard]] Cause cause() const noexcept { return cause_; }
   // The description, for catch sites that only know std::exception.
   [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
 
@@ -72,11 +77,18 @@ class Error : public std::exception {
   std::string source_;
   std::string description_;
   TextRange where_;
+  Cause cause_;
 };
 
 // Raises a host or record-set number with its well-known text. `detail`, when given, follows the
 // text after a blank: a name, a value, a reason.
 [[noreturn]] void raise(std::int32_t number, std::string_view detail = {});
+
+// Raises an engine's failure, -2147467259: the cause's own sentence and, when given, the engine's
+// words behind it.
+[[noreturn]] void raise(Cause cause, std::string_view native = {});
+// The same with a sentence that says more than the cause's own.
+[[noreturn]] void raise(Cause cause, std::string sentence, std::string_view native);
 
 // The well-known text of a host or record-set number; empty for numbers without one.
 [[nodiscard]] std::string_view wellKnownText(std::int32_t number) noexcept;

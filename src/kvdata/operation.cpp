@@ -5,7 +5,7 @@
 
 #include "common/error.h"
 #include "common/text_key.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/rows.h"
 
 namespace kv {
 

@@ -8,5 +8,6 @@
 #include "kvdata/schema/create_register.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
+#include "session/session.h"
 #include "session/vesk.h"
 #include "session/vesk_errors.h"

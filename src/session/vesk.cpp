@@ -23,10 +23,6 @@ constexpr std::size_t kGenerationLength = 2;
 constexpr std::int32_t kStatementText = 3;
 constexpr std::int32_t kCommandText = 1;
 
-Error aboutUserDatabase(const Error& e) {
-  return {e.number(), e.source(), std::string(kUserDatabaseFailed) + e.description()};
-}
-
 }  // namespace
 
 Ref<clsVesk> clsVesk::create(PasswordCost cost) {
@@ -102,9 +98,9 @@ bool clsVesk::OpenConnection(const std::string& ConnectionString, const Ref<kvPr
   } catch (const Error& e) {
     // A version that is too old speaks for itself.
     if (!failed || e.number() == kErrorBase + kUserDataTooOld.code) throw;
-    throw aboutUserDatabase(e);
+    throw UserDatabaseError(e);
   }
-  if (failed) throw aboutUserDatabase(*failed);
+  if (failed) throw UserDatabaseError(*failed);
   return false;
 }
 

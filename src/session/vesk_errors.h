@@ -1,6 +1,9 @@
 // What the root object raises: codes, sources and texts in one table.
 #pragma once
 
+#include <string>
+
+#include "common/error.h"
 #include "common/library_error.h"
 
 namespace kv {
@@ -37,5 +40,14 @@ inline constexpr std::string_view kUserDatabaseFailed =
     "The Following Error Occured Opening External User/Action DataSource : ";
 inline constexpr std::string_view kUserDatabaseRefused =
     "Unable to connect to external Database :\r\n";
+
+// A register was opened, but not its database of users and actions: the session is open all the
+// same.
+class UserDatabaseError : public Error {
+ public:
+  explicit UserDatabaseError(const Error& e)
+      : Error(e.number(), e.source(), std::string(kUserDatabaseFailed) + e.description(), e.where(),
+              e.cause()) {}
+};
 
 }  // namespace kv

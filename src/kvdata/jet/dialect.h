@@ -85,7 +85,4 @@ class Dialect {
 [[nodiscard]] const Dialect& sqliteDialect();
 [[nodiscard]] const Dialect& postgresDialect();
 
-// A name in the form both engines take: in double quotes, inner ones doubled.
-[[nodiscard]] std::string quotedName(std::string_view name);
-
 }  // namespace kv::jet

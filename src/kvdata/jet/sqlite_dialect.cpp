@@ -2,6 +2,7 @@
 
 #include "common/text.h"
 #include "kvdata/jet/dialect.h"
+#include "kvdata/jet/emit/texts.h"
 
 namespace kv::jet {
 

@@ -6,7 +6,7 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/jet/binder.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
 
 namespace kv {
@@ -307,8 +307,7 @@ Transaction::~Transaction() {
 void Transaction::commit() {
   auto& engine = database_.engine();
   if (opened_ && database_.opener_ == level_) {
-    if (!engine.inTransaction())
-      throw Error(kEngineFailure, "kvData", "The transaction was ended by an earlier failure.");
+    if (!engine.inTransaction()) raise(Cause::TransactionEnded);
     database_.settleCounters();
     engine.commit();
   } else if (marked_) {

@@ -4,7 +4,7 @@
 
 #include "common/convert.h"
 #include "common/error.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/rows.h"
 #include "kvdata/recordset/shape_columns.h"
 #include "kvdata/recordset/value.h"
 

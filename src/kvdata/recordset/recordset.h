@@ -6,6 +6,7 @@
 // use from several threads at once.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "kvdata/recordset/constants.h"
 #include "kvdata/recordset/fields.h"
 #include "kvdata/recordset/row_source.h"
+#include "kvdata/recordset/rows.h"
 
 namespace kv {
 
@@ -26,6 +28,12 @@ class LocalSource;
 class Comparison;
 struct Criteria;
 struct PreparedStatement;
+
+// A value for a column.
+struct NamedValue {
+  std::string_view column;
+  Variant value;
+};
 
 class Recordset : public Object, public std::enable_shared_from_this<Recordset> {
   struct Private {};
@@ -98,6 +106,11 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void AddNew();
   // Stores what is pending; does nothing, and never fails, when nothing is.
   void Update();
+  // Adds a row with these values and stores it, or raises and adds nothing.
+  void AddNew(std::initializer_list<NamedValue> values);
+  // Gives the current row these values and stores them, or raises and changes nothing. What was
+  // pending before is stored first.
+  void Update(std::initializer_list<NamedValue> values);
   // Drops what is pending; after an addition the row left becomes current again.
   void CancelUpdate();
   // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped;
@@ -109,6 +122,9 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void Requery();
 
   // ---- whole sets ----
+
+  // The rows as a range, for a loop; see rows.h.
+  [[nodiscard]] Rows rows();
 
   // Up to `Rows` rows from the current one or `Start` on, as values[field][row]; moves behind them.
   // `Fields` names the columns wanted, all when empty. 3021 without a current row.
@@ -195,6 +211,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   [[nodiscard]] bool holds(const Comparison& comparison, std::size_t place);
   [[nodiscard]] bool holds(const kv::Criteria& criteria, std::size_t place);
   void rebuildView();
+  void assignAll(std::initializer_list<NamedValue> values);
 
   kv::Fields fields_;
   std::shared_ptr<RowSource> source_;

@@ -2,7 +2,8 @@
 
 #include "common/error.h"
 #include "common/text.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/schema.h"
+#include "kvdata/jet/emit/texts.h"
 #include "kvdata/schema/register_schema.h"
 
 namespace kv {

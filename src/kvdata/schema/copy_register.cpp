@@ -7,7 +7,7 @@
 
 #include "common/error.h"
 #include "common/text.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/rows.h"
 #include "kvdata/schema/create_register.h"
 #include "kvdata/schema/register_schema.h"
 

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "kvdata/connection_string.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/schema.h"
 #include "kvdata/schema/register_schema.h"
 #include "kvdata/table_value.h"
 

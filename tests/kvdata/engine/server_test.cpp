@@ -128,24 +128,26 @@ TEST(ServerErrors, SayWhatHappenedInAFirstSentence) {
   struct Case {
     const char* state;
     std::int32_t number;
+    Cause cause;
     const char* text;
   };
   const Case cases[] = {
-      {"53100", kEngineFailure, "The disk is full."},
-      {"53200", kEngineFailure, "There is not enough memory."},
-      {"53300", kEngineFailure, "The server has no connection left to give."},
-      {"25006", kEngineFailure, "The register is read-only."},
-      {"55P03", kEngineFailure, "The register is locked by another process."},
-      {"40P01", kEngineFailure, "The register is locked by another process."},
-      {"40001", kEngineFailure, "The register is locked by another process."},
-      {"57014", kEngineFailure, "The statement was interrupted."},
-      {"42501", kEngineFailure, "The server does not allow this user to do that."},
-      {"23505", kEngineFailure,
+      {"53100", kEngineFailure, Cause::Full, "The disk is full."},
+      {"53200", kEngineFailure, Cause::NoMemory, "There is not enough memory."},
+      {"53300", kEngineFailure, Cause::NoConnectionLeft,
+       "The server has no connection left to give."},
+      {"25006", kEngineFailure, Cause::ReadOnly, "The register is read-only."},
+      {"55P03", kEngineFailure, Cause::Locked, "The register is locked by another process."},
+      {"40P01", kEngineFailure, Cause::Locked, "The register is locked by another process."},
+      {"40001", kEngineFailure, Cause::Locked, "The register is locked by another process."},
+      {"57014", kEngineFailure, Cause::Interrupted, "The statement was interrupted."},
+      {"42501", kEngineFailure, Cause::Denied, "The server does not allow this user to do that."},
+      {"23505", kEngineFailure, Cause::DuplicateKey,
        "The changes were not successful because they would create a duplicate key."},
-      {"22003", kValueOverflow, "Overflow."},
-      {"22P02", kMismatch, "Data type mismatch in criteria expression."},
-      {"58030", kEngineFailure, "The disk reported an error."},
-      {"XX000", kEngineFailure, "The database engine refused the statement."},
+      {"22003", kValueOverflow, Cause::None, "Overflow."},
+      {"22P02", kMismatch, Cause::None, "Data type mismatch in criteria expression."},
+      {"58030", kEngineFailure, Cause::DiskError, "The disk reported an error."},
+      {"XX000", kEngineFailure, Cause::Refused, "The database engine refused the statement."},
   };
   for (const auto& c : cases) {
     const auto error = test::errorOf([&] {
@@ -154,6 +156,7 @@ TEST(ServerErrors, SayWhatHappenedInAFirstSentence) {
     });
     ASSERT_TRUE(error) << c.state;
     EXPECT_EQ(error->number(), c.number) << c.state;
+    EXPECT_EQ(error->cause(), c.cause) << c.state;
     EXPECT_EQ(error->description(), fmt::format("{} its own words ({})", c.text, c.state));
   }
 }
@@ -218,9 +221,11 @@ TEST(ALostServer, IsSaidSoAndReachedAgainByTheNextStatement) {
   ASSERT_TRUE(lost);
   EXPECT_EQ(lost->number(), kEngineFailure);
   EXPECT_THAT(lost->description(), StartsWith("The connection to the server was lost"));
+  EXPECT_EQ(lost->cause(), Cause::OutcomeUnknown) << "a lone change was under way";
   const auto away = test::errorOf([&] { reg.execute("Insert Into Keywords Values ('a', '3')"); });
   ASSERT_TRUE(away);
   EXPECT_THAT(away->description(), StartsWith("The server cannot be reached"));
+  EXPECT_EQ(away->cause(), Cause::CannotOpen);
   test::TestServer::start();
   reg.execute("Insert Into Keywords Values ('a', '4')");
   EXPECT_EQ(reg.rows("Select Keyword From Keywords Order By Keyword"),
@@ -243,6 +248,7 @@ TEST(ALostServer, EndsATransactionThatWasUnderWay) {
   const auto error = test::errorOf([&] { reg.connection()->CommitTrans(); });
   ASSERT_TRUE(error);
   EXPECT_THAT(error->description(), StartsWith("The transaction was ended by an earlier failure."));
+  EXPECT_EQ(error->cause(), Cause::TransactionEnded);
   EXPECT_EQ(reg.value("Select Count(*) From Keywords"), "0");
 }
 
@@ -258,6 +264,7 @@ TEST(ALostAnswer, LeavesTheOutcomeOpenAndSaysSo) {
   ASSERT_TRUE(inTransaction);
   EXPECT_EQ(inTransaction->number(), kEngineFailure);
   EXPECT_THAT(inTransaction->description(), HasSubstr("whether it was kept is unknown"));
+  EXPECT_EQ(inTransaction->cause(), Cause::OutcomeUnknown);
   EXPECT_EQ(connection->OpenRecordset("Select * From Keywords")->RecordCount(), 1) << "here it was";
 
   // By themselves, and for the first time, so that their text is on the wire.

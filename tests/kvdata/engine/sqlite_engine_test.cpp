@@ -95,6 +95,7 @@ TEST_F(SqliteEngine, WaitsForAnotherWriterUntilTheTimeOut) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, kSoon);
   EXPECT_EQ(error->number(), kEngineFailure);
   EXPECT_THAT(error->description(), StartsWith("The register is locked by another process."));
+  EXPECT_EQ(error->cause(), Cause::Locked);
   EXPECT_EQ(number(*two, "SELECT COUNT(*) FROM Documents"), 0) << "reading goes on meanwhile";
   one->commit();
   EXPECT_NO_THROW(two->begin(Access::Write));
@@ -112,6 +113,7 @@ TEST_F(SqliteEngine, AFullDiskLosesNothing) {
   ASSERT_TRUE(error);
   EXPECT_EQ(error->number(), kEngineFailure);
   EXPECT_THAT(error->description(), StartsWith("The disk is full."));
+  EXPECT_EQ(error->cause(), Cause::Full);
   EXPECT_EQ(number(*engine, "SELECT COUNT(*) FROM Documents"), 1);
   run(*limited, "INSERT INTO Documents (DocumentTitle) VALUES ('small')");
   EXPECT_EQ(number(*engine, "SELECT COUNT(*) FROM Documents"), 2) << "the connection goes on";
@@ -130,6 +132,7 @@ TEST_F(SqliteEngine, ARunningStatementCanBeInterrupted) {
   other.join();
   ASSERT_TRUE(error);
   EXPECT_THAT(error->description(), StartsWith("The statement was interrupted."));
+  EXPECT_EQ(error->cause(), Cause::Interrupted);
   EXPECT_EQ(number(*engine, "SELECT 7"), 7);
 }
 

@@ -18,7 +18,7 @@
 #include <sstream>
 
 #include "kvdata/jet/binder.h"
-#include "kvdata/jet/emitter.h"
+#include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
 #include "kvdata/schema/register_schema.h"
 #include "support/temp_folder.h"

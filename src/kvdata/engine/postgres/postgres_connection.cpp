@@ -68,7 +68,8 @@ void PostgresConnection::open() {
   if (PQstatus(connection_.get()) != CONNECTION_OK) {
     const std::string message = PQerrorMessage(connection_.get());
     connection_.reset();
-    raisePostgres("The server cannot be reached, or does not let this user in.", message);
+    raiseServer(Cause::CannotOpen, "The server cannot be reached, or does not let this user in.",
+                message);
   }
   cancel_.reset(PQgetCancel(connection_.get()));
   PQsetNoticeProcessor(
@@ -85,9 +86,11 @@ void PostgresConnection::open() {
   ++roundTrips_;
   if (isFailure(result.get())) failed(result.get(), false);
   if (std::string_view(PQgetvalue(result.get(), 0, 0)) != "UTF8")
-    raisePostgres("The database does not keep its text in UTF-8.", PQgetvalue(result.get(), 0, 0));
+    raiseServer(Cause::CannotOpen, "The database does not keep its text in UTF-8.",
+                PQgetvalue(result.get(), 0, 0));
   if (PQserverVersion(connection_.get()) < kOldestServer)
-    raisePostgres("The server is older than PostgreSQL 13.", PQgetvalue(result.get(), 0, 1));
+    raiseServer(Cause::CannotOpen, "The server is older than PostgreSQL 13.",
+                PQgetvalue(result.get(), 0, 1));
   readOnly_ = PQgetvalue(result.get(), 0, 2)[0] == 't';
 }
 
@@ -256,7 +259,7 @@ void PostgresConnection::commit() {
   }
   if (broken_) {
     rollback();
-    raise(kEngineFailure, "The transaction was ended by an earlier failure.");
+    raise(Cause::TransactionEnded);
   }
   due_.emplace_back("COMMIT");
   const auto due = std::exchange(due_, {});
@@ -282,7 +285,7 @@ void PostgresConnection::savepoint(int mark) {
 }
 
 void PostgresConnection::release(int mark) {
-  if (broken_) raise(kEngineFailure, "The transaction was ended by an earlier failure.");
+  if (broken_) raise(Cause::TransactionEnded);
   guarded_ = false;
   if (!due_.empty() && due_.back() == savepointText(mark))
     due_.pop_back();

@@ -76,10 +76,11 @@ class PostgresEngine final : public Engine {
         {}, {}, false);
     const bool register_ = PQgetvalue(found.get(), 0, 0)[0] == 't';
     if (PQgetvalue(found.get(), 0, 1)[0] != 't')
-      raisePostgres("The database has no schema to keep a register in.", "");
+      raiseServer(Cause::NoSuchPlace, "The database has no schema to keep a register in.", "");
     if (options.create && register_)
-      raisePostgres("There is a register in this database already.", "");
-    if (!options.create && !register_) raisePostgres("The database is not a register.", "");
+      raiseServer(Cause::SomethingThere, "There is a register in this database already.", "");
+    if (!options.create && !register_)
+      raiseServer(Cause::NotARegister, "The database is not a register.", "");
   }
 
   std::string_view dialect() const override { return "postgres"; }

@@ -12,40 +12,40 @@ namespace kv::engine {
 
 namespace {
 
-struct Cause {
-  std::string_view state;  // an SQLSTATE, or the class it begins with
+struct State {
+  std::string_view code;  // an SQLSTATE, or the class it begins with
   std::int32_t number;
-  std::string_view text;
+  Cause cause;
+  std::string_view text = {};  // where the cause's own sentence does not fit a server
 };
 
+constexpr std::string_view kMismatchText = "Data type mismatch in criteria expression.";
+
 // The first that fits counts, so whole codes stand before their classes.
-constexpr auto kCauses = std::to_array<Cause>({
-    {"22001", kEngineFailure,
-     "The field is too small to accept the amount of data you attempted to add. Try inserting or "
-     "pasting less data."},
-    {"22003", kValueOverflow, "Overflow."},
-    {"22P02", kMismatch, "Data type mismatch in criteria expression."},
-    {"22007", kMismatch, "Data type mismatch in criteria expression."},
-    {"22008", kMismatch, "Data type mismatch in criteria expression."},
-    {"23505", kEngineFailure,
-     "The changes were not successful because they would create a duplicate key."},
-    {"23502", kEngineFailure, "The field cannot contain a Null value."},
-    {"23", kEngineFailure, "The change breaks a rule of the table."},
-    {"25006", kEngineFailure, "The register is read-only."},
-    {"28", kEngineFailure, "The server does not let this user in."},
-    {"3D", kEngineFailure, "There is no such database on the server."},
-    {"40", kEngineFailure, "The register is locked by another process."},
-    {"42501", kEngineFailure, "The server does not allow this user to do that."},
-    {"53100", kEngineFailure, "The disk is full."},
-    {"53200", kEngineFailure, "There is not enough memory."},
-    {"53300", kEngineFailure, "The server has no connection left to give."},
-    {"54", kEngineFailure, "The value or statement is too large."},
-    {"55P03", kEngineFailure, "The register is locked by another process."},
-    {"57014", kEngineFailure, "The statement was interrupted."},
-    {"57P", kEngineFailure, "The connection to the server was lost."},
-    {"08", kEngineFailure, "The connection to the server was lost."},
-    {"58", kEngineFailure, "The disk reported an error."},
-    {"", kEngineFailure, "The database engine refused the statement."},
+constexpr auto kStates = std::to_array<State>({
+    {"22001", kEngineFailure, Cause::TooLong},
+    {"22003", kValueOverflow, Cause::None, "Overflow."},
+    {"22P02", kMismatch, Cause::None, kMismatchText},
+    {"22007", kMismatch, Cause::None, kMismatchText},
+    {"22008", kMismatch, Cause::None, kMismatchText},
+    {"23505", kEngineFailure, Cause::DuplicateKey},
+    {"23502", kEngineFailure, Cause::NullValue},
+    {"23", kEngineFailure, Cause::BreaksRule},
+    {"25006", kEngineFailure, Cause::ReadOnly},
+    {"28", kEngineFailure, Cause::Denied, "The server does not let this user in."},
+    {"3D", kEngineFailure, Cause::NoSuchPlace, "There is no such database on the server."},
+    {"40", kEngineFailure, Cause::Locked},
+    {"42501", kEngineFailure, Cause::Denied, "The server does not allow this user to do that."},
+    {"53100", kEngineFailure, Cause::Full},
+    {"53200", kEngineFailure, Cause::NoMemory},
+    {"53300", kEngineFailure, Cause::NoConnectionLeft},
+    {"54", kEngineFailure, Cause::TooLarge},
+    {"55P03", kEngineFailure, Cause::Locked},
+    {"57014", kEngineFailure, Cause::Interrupted},
+    {"57P", kEngineFailure, Cause::ConnectionLost},
+    {"08", kEngineFailure, Cause::ConnectionLost},
+    {"58", kEngineFailure, Cause::DiskError},
+    {"", kEngineFailure, Cause::Refused},
 });
 
 std::string_view field(const PGresult* result, int code) {
@@ -67,26 +67,25 @@ std::string oneLine(std::string_view message) {
 
 }  // namespace
 
-void raisePostgres(std::string_view cause, std::string_view message) {
-  throw Error(kEngineFailure, "kvData", fmt::format("{} {}", cause, oneLine(message)));
+void raiseServer(Cause cause, std::string_view sentence, std::string_view message) {
+  raise(cause, std::string(sentence) + " " + oneLine(message), {});
 }
 
 void raiseLost(std::string_view message, bool outcomeUnknown) {
-  raisePostgres(outcomeUnknown ? "The connection to the server was lost while a change was being "
-                                 "kept; whether it was kept is unknown."
-                               : "The connection to the server was lost.",
-                message);
+  const Cause cause = outcomeUnknown ? Cause::OutcomeUnknown : Cause::ConnectionLost;
+  raiseServer(cause, sentenceOf(cause), message);
 }
 
 void raisePostgres(const PGresult* result) {
-  const std::string_view state = field(result, PG_DIAG_SQLSTATE);
-  const auto* known = std::find_if(kCauses.begin(), kCauses.end(),
-                                   [&](const Cause& c) { return state.starts_with(c.state); });
-  std::string_view text = known->text;
-  if (field(result, PG_DIAG_CONSTRAINT_NAME).starts_with("kv_size_")) text = kCauses[0].text;
+  const std::string_view code = field(result, PG_DIAG_SQLSTATE);
+  const auto* known = std::find_if(kStates.begin(), kStates.end(),
+                                   [&](const State& s) { return code.starts_with(s.code); });
+  if (field(result, PG_DIAG_CONSTRAINT_NAME).starts_with("kv_size_")) known = kStates.data();
+  const std::string_view text = known->text.empty() ? sentenceOf(known->cause) : known->text;
   throw Error(
       known->number, "kvData",
-      fmt::format("{} {} ({})", text, oneLine(field(result, PG_DIAG_MESSAGE_PRIMARY)), state));
+      fmt::format("{} {} ({})", text, oneLine(field(result, PG_DIAG_MESSAGE_PRIMARY)), code), {},
+      known->cause);
 }
 
 }  // namespace kv::engine

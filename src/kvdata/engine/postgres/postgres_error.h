@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+#include "common/cause.h"
+
 namespace kv::engine {
 
 // Raises what a failure that the server reports stands for.
@@ -12,7 +14,7 @@ namespace kv::engine {
 // Raises that the connection is gone. `outcomeUnknown`: something was being kept, and whether it
 // was cannot be told.
 [[noreturn]] void raiseLost(std::string_view message, bool outcomeUnknown);
-// Raises -2147467259 with a cause in a sentence and the server's own words behind it.
-[[noreturn]] void raisePostgres(std::string_view cause, std::string_view message);
+// Raises -2147467259 with a sentence of its own and the server's own words behind it.
+[[noreturn]] void raiseServer(Cause cause, std::string_view sentence, std::string_view message);
 
 }  // namespace kv::engine

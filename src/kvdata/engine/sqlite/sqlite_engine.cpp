@@ -271,9 +271,10 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   // it is not what it was.
   void requireUnchanged() const {
     if (access_ != FileAccess::Unchanging || fileMark(options_.location) == mark_) return;
-    throw Error(kEngineFailure, "kvData",
-                "The register was changed by another process while it was open in a folder that "
-                "cannot be written. Open it again.");
+    raise(Cause::ChangedMeanwhile,
+          "The register was changed by another process while it was open in a folder that "
+          "cannot be written. Open it again.",
+          {});
   }
 
   OpenOptions options_;

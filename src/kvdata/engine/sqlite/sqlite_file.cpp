@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void refuse(const std::string& path, std::string_view why) {
-  throw Error(kEngineFailure, "kvData", fmt::format("{} '{}'", why, path));
+[[noreturn]] void refuse(const std::string& path, Cause cause, std::string_view why) {
+  raise(cause, fmt::format("{} '{}'", why, path), {});
 }
 
 // The formats by the byte behind "Standard Jet DB" or "Standard ACE DB".
@@ -37,9 +37,10 @@ std::string_view accessFormat(unsigned char version) {
 void requireFile(const std::string& path) {
   std::error_code problem;
   const auto status = fs::status(pathOf(path), problem);
-  if (!fs::exists(status)) refuse(path, "There is no such file:");
-  if (!fs::is_regular_file(status)) refuse(path, "This is not a file:");
-  if (!mayRead(pathOf(path))) refuse(path, "The file could not be opened for reading:");
+  if (!fs::exists(status)) refuse(path, Cause::NoSuchPlace, "There is no such file:");
+  if (!fs::is_regular_file(status)) refuse(path, Cause::NotARegister, "This is not a file:");
+  if (!mayRead(pathOf(path)))
+    refuse(path, Cause::Denied, "The file could not be opened for reading:");
 }
 
 void requireRegister(sqlite3* connection, const std::string& path) {
@@ -48,26 +49,27 @@ void requireRegister(sqlite3* connection, const std::string& path) {
   std::array<char, 100> header{};
   const int read = file->pMethods->xRead(file, header.data(), header.size(), 0);
   if (read != SQLITE_OK && read != SQLITE_IOERR_SHORT_READ)
-    refuse(path, "The file could not be read:");
+    refuse(path, Cause::DiskError, "The file could not be read:");
   const std::string_view bytes(header.data(), header.size());
   const std::string_view name = bytes.substr(4, 15);
   if (name == "Standard Jet DB" || name == "Standard ACE DB")
-    refuse(path, fmt::format("This is an Access database file, {}, not a register:",
-                             accessFormat(static_cast<unsigned char>(bytes[20]))));
+    refuse(path, Cause::NotARegister,
+           fmt::format("This is an Access database file, {}, not a register:",
+                       accessFormat(static_cast<unsigned char>(bytes[20]))));
   if (!bytes.starts_with(std::string_view("SQLite format 3\0", 16)) || read != SQLITE_OK)
-    refuse(path, "The file is not a register:");
+    refuse(path, Cause::NotARegister, "The file is not a register:");
   constexpr std::size_t kMarkAt = 68;  // SQLite's application id, most significant byte first
   unsigned mark = 0;
   for (std::size_t i = 0; i < 4; ++i)
     mark = (mark << 8U) | static_cast<unsigned char>(bytes[kMarkAt + i]);
   if (mark != static_cast<unsigned>(kRegisterMark))
-    refuse(path, "The file is an SQLite database, but not a register:");
+    refuse(path, Cause::NotARegister, "The file is an SQLite database, but not a register:");
 }
 
 void requireNothing(const std::string& path) {
   std::error_code problem;
   if (fs::exists(fs::symlink_status(pathOf(path), problem)))
-    refuse(path, "There is already something of this name:");
+    refuse(path, Cause::SomethingThere, "There is already something of this name:");
 }
 
 void removeFiles(const std::string& path) noexcept {

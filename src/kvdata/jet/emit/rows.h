@@ -1,23 +1,15 @@
-// Bound statements to SQL texts, for the engine whose dialect is given.
-#pragma once
-
-#include <span>
-#include <string>
-#include <vector>
-
-#include "kvdata/jet/bound.h"
-#include "kvdata/jet/dialect.h"
-#include "kvdata/jet/emitted.h"
-
-namespace kv::jet {
-
-// `lifted` false writes every literal into the text. The parameters refer to columns of the catalog
-// the statement was bound against.
-[[nodiscard]] Emitted emit(const BoundStatement& bound, const std::vector<Literal>& literals,
-                           bool lifted, const Dialect& dialect);
-
 // The statements by which record sets write single rows; every value is a parameter, numbered from
 // 1 in order of appearance.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "common/catalog.h"
+#include "kvdata/jet/dialect.h"
+
+namespace kv::jet {
 
 // INSERT of the given columns; returns the key of the new row as its one result row.
 [[nodiscard]] std::string emitInsertRow(const TableInfo& table, std::span<const int> columns,
@@ -49,15 +41,5 @@ namespace kv::jet {
 // INSERT of several rows, each given as its key and then the columns.
 [[nodiscard]] std::string emitInsertWithKeys(const TableInfo& table, std::span<const int> columns,
                                              std::size_t rows, const Dialect& dialect);
-
-// CREATE TABLE, followed by the table's CREATE INDEX statements.
-[[nodiscard]] std::vector<std::string> emitCreateTable(const TableInfo& table,
-                                                       const Dialect& dialect);
-[[nodiscard]] std::vector<std::string> emitCreateIndexes(const TableInfo& table,
-                                                         const Dialect& dialect);
-// INSERT of all rows of one table into another with the same columns, keys included, each value
-// converted to the type it has there.
-[[nodiscard]] std::string emitCopyTable(const TableInfo& from, const TableInfo& to,
-                                        const Dialect& dialect);
 
 }  // namespace kv::jet
