@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <map>
 
+#include "cli/answers/output.h"
 #include "cli/import/importer.h"
-#include "cli/output.h"
 #include "common/convert.h"
 #include "kvdata/recordset/recordset.h"
 #include "kvdata/table_value.h"

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <set>
 
+#include "cli/answers/output.h"
 #include "cli/import/importer.h"
-#include "cli/output.h"
-#include "cli/whole_number.h"
+#include "cli/program/whole_number.h"
 #include "common/convert.h"
 #include "common/date.h"
 #include "common/text.h"

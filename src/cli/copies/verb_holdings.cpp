@@ -1,0 +1,56 @@
+#include <iostream>
+
+#include "cli/answers/output.h"
+#include "cli/copies/copy_list.h"
+#include "cli/people/user_lookup.h"
+#include "cli/program/given_options.h"
+#include "cli/program/verbs.h"
+#include "common/text.h"
+
+namespace kv::cli {
+
+namespace {
+
+int list(const Options& options, const std::optional<std::string>& user, CopyFilter filter) {
+  const Session session(options);
+  filter.user = doubledQuotes(userToLookAt(session, user));
+  AnswerSet answer({{"ReleaseID", kTypeInteger},
+                    {"HardCopy", kTypeBoolean},
+                    {"ManualName", kTypeVarWChar},
+                    {"CopyNumber", kTypeVarWChar},
+                    {"DocumentID", kTypeVarWChar},
+                    {"DocumentNumber", kTypeVarWChar},
+                    {"DocumentTitle", kTypeLongVarWChar},
+                    {"RevisionLevel", kTypeVarWChar},
+                    {"CurrentRevisionLevel", kTypeVarWChar},
+                    {"State", kTypeVarWChar}});
+  for (const auto& copy : copiesHeld(session, filter))
+    answer.add({copy.release, copy.hard, copy.manual, copy.number, copy.documentId,
+                copy.documentNumber, copy.title, copy.level, copy.currentLevel, copy.stateText()});
+  sortCopies(session, answer);
+  writeRows(std::cout, answer.rows(), options.format);
+  return kDone;
+}
+
+}  // namespace
+
+void addHoldings(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("holdings", "List the copies that somebody has");
+  const auto options = std::make_shared<Options>();
+  const auto user = std::make_shared<std::optional<std::string>>();
+  const auto filter = std::make_shared<CopyFilter>();
+  addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
+  addText(*verb, "holder", *user, "The user, by ID or name; whoever logs in when left out")
+      ->typeName("USER");
+  addCopyKinds(*verb, *filter);
+  verb->footer(
+      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
+      "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
+      "Secured documents are listed for administrators and their owners only.");
+  verb->callback([&chosen, options, user, filter] {
+    chosen = [options, user, filter] { return list(*options, *user, *filter); };
+  });
+}
+
+}  // namespace kv::cli

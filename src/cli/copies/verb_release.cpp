@@ -1,0 +1,96 @@
+#include <fmt/format.h>
+
+#include <iostream>
+
+#include "cli/answers/answer_set.h"
+#include "cli/copies/copy_change.h"
+#include "cli/copies/released_copies.h"
+#include "cli/program/client_transaction.h"
+#include "cli/program/given_options.h"
+#include "cli/program/terminal.h"
+#include "cli/program/verbs.h"
+#include "common/text.h"
+
+namespace kv::cli {
+
+namespace {
+
+constexpr std::int32_t kNoRelease = 0;
+
+int release(const Options& options, const CopyChange& change) {
+  if (change.document.has_value() == change.manual.has_value())
+    throw UsageError("give either --document or --manual");
+  if (change.copy && (!change.manual || !change.hard))
+    throw UsageError("only hard copies of manuals have numbers: --copy needs --manual and --hard");
+  if (change.copy && trimmed(*change.copy).empty())
+    throw UsageError("--copy needs a number; without --copy the next one is taken");
+  return giveCopy(options, change);
+}
+
+int collectDocument(const Options& options, std::int32_t release) {
+  const Session session(options);
+  ClientTransaction transaction(session);
+  const ReleasedDocument released = findHardCopy(session, release);
+  session->Document()->CollectCopy(release);
+  transaction.commit();
+  writeDone(
+      std::cout,
+      fmt::format("collected the document {} from {}, release {}", released.document.id,
+                  released.userId, release),
+      {{"ReleaseID", release}, {"DocumentID", released.document.id}, {"UserID", released.userId}},
+      options.format);
+  return kDone;
+}
+
+int collect(const Options& options, std::int32_t release, const CopyChange& change) {
+  const bool byNumber = release != kNoRelease;
+  if (byNumber == change.manual.has_value())
+    throw UsageError("give either --release, or --manual and --from");
+  if (byNumber && (change.user || change.copy))
+    throw UsageError("--from and --copy go with --manual; a release has its number");
+  if (byNumber) return collectDocument(options, release);
+  if (!change.user) throw UsageError("say from whom: --manual needs --from");
+  return takeManualBack(options, change);
+}
+
+}  // namespace
+
+void addRelease(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("release", "Give a document or a manual to a user");
+  const auto options = std::make_shared<Options>();
+  const auto change = std::make_shared<CopyChange>();
+  addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
+  addText(*verb, "--document", change->document, "The document, by identifier or number");
+  addText(*verb, "--manual", change->manual, "The manual, by identifier or name");
+  addText(*verb, "--to", change->user, "The user, by ID or name")->required();
+  verb->addFlag("--hard", change->hard, "As a hard copy; on the user's personal list without it");
+  addText(*verb, "--copy", change->copy,
+          "The number of a manual's hard copy; the next one when left out");
+  verb->footer(
+      "The number that is printed is the one to collect by: a document's release number, or a "
+      "manual's\ncopy number.");
+  verb->callback([&chosen, options, change] {
+    chosen = [options, change] { return release(*options, *change); };
+  });
+}
+
+void addCollect(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("collect", "Take hard copies back from a user");
+  const auto options = std::make_shared<Options>();
+  const auto number = std::make_shared<std::int32_t>(kNoRelease);
+  const auto change = std::make_shared<CopyChange>();
+  addCommon(*verb, *options);
+  addFormats(*verb, *options, false);
+  addNumber(*verb, "--release", *number, "A document's hard copy, by its release number");
+  addText(*verb, "--manual", change->manual, "The manual, by identifier or name");
+  addText(*verb, "--from", change->user, "The user who has the manual, by ID or name");
+  addText(*verb, "--copy", change->copy,
+          "The number of the manual's copy; every hard copy that the user has when left out");
+  verb->footer("What is on personal lists is taken off by 'kvvesk personal remove'.");
+  verb->callback([&chosen, options, number, change] {
+    chosen = [options, number, change] { return collect(*options, *number, *change); };
+  });
+}
+
+}  // namespace kv::cli

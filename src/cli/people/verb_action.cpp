@@ -1,0 +1,91 @@
+#include <iostream>
+
+#include "cli/answers/answer_set.h"
+#include "cli/program/client_transaction.h"
+#include "cli/program/given_options.h"
+#include "cli/program/verbs.h"
+#include "common/clock.h"
+#include "common/convert.h"
+#include "common/error.h"
+#include "common/text.h"
+#include "kvdata/recordset/text_field.h"
+#include "kvdata/table_value.h"
+
+namespace kv::cli {
+
+namespace {
+
+enum class Step : std::uint8_t { Complete, Close };
+
+[[noreturn]] void refuse(const std::string& why) { throw Error(kInvalidCall, "kvvesk", why); }
+
+// The action of this register with a number; those of others are for administrators only.
+Ref<Recordset> findAction(const Session& session, std::int32_t action) {
+  auto row = openOwn(session.database(),
+                     "Select AssigneeID, ReferenceID, DateCompleted, DateClosed From Actions "
+                     "Where ActionID = " +
+                         std::to_string(action),
+                     kReadOnly);
+  const std::string sender = joinText(session->DataServer()->Config()->Value("DBID"));
+  if (row->RecordCount() == 0 || !equalNoCase(fieldText(*row, "ReferenceID"), sender))
+    refuse("There is no action " + std::to_string(action) + ".");
+  if (!equalNoCase(fieldText(*row, "AssigneeID"), session.profile()->UserID()))
+    session.requireAdministrator("only administrators may settle the actions of others");
+  return row;
+}
+
+int settle(const Options& options, std::int32_t action, Step step,
+           const std::optional<std::string>& on) {
+  const Session session(options);
+  ClientTransaction transaction(session);
+  transaction.lock("Actions", "ActionID", std::int64_t{action});
+  const auto row = findAction(session, action);
+  const Variant completed = row->Fields("DateCompleted")->Value();
+  const Variant closed = row->Fields("DateClosed")->Value();
+  const std::string named = "action " + std::to_string(action);
+  if (!closed.isNull()) refuse("The " + named + " was closed on " + isoText(toDate(closed)) + ".");
+  if (step == Step::Complete && !completed.isNull())
+    refuse("The " + named + " was completed on " + isoText(toDate(completed)) + ".");
+  const Date day = on ? *parseDate(*on) : today();
+  // What is closed has been completed, on that day at the latest.
+  const Date done = completed.isNull() ? day : toDate(completed);
+  const bool close = step == Step::Close;
+  session->CompleteCloseAction(std::to_string(action), done, close ? Variant(day) : Variant());
+  transaction.commit();
+  writeDone(std::cout, (close ? "closed the " : "completed the ") + named,
+            {{"ActionID", action},
+             {"DateCompleted", done},
+             {"DateClosed", close ? Variant(day) : Variant(Null)}},
+            options.format);
+  return kDone;
+}
+
+void addStep(Command& verb, Action& chosen, Step step) {
+  const bool close = step == Step::Close;
+  auto* sub = close ? verb.addSubcommand("close", "Record that an action is closed")
+                    : verb.addSubcommand("complete", "Record that an action is completed");
+  const auto options = std::make_shared<Options>();
+  const auto action = std::make_shared<std::int32_t>();
+  const auto on = std::make_shared<std::optional<std::string>>();
+  addCommon(*sub, *options);
+  addFormats(*sub, *options, false);
+  addNumber(*sub, "action", *action, "The action's number, as 'kvvesk actions' lists it")
+      ->required();
+  addDate(*sub, "--on", *on, "The day; today when left out");
+  if (close) sub->footer("An action that has not been completed counts as completed on that day.");
+  sub->callback([&chosen, options, action, step, on] {
+    chosen = [options, action, step, on] { return settle(*options, *action, step, *on); };
+  });
+}
+
+}  // namespace
+
+void addAction(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("action", "Complete or close an action of your own");
+  verb->requireSubcommand();
+  verb->footer("Administrators may settle the actions of others too.");
+  addStep(*verb, chosen, Step::Complete);
+  addStep(*verb, chosen, Step::Close);
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,77 @@
+#include <fmt/format.h>
+
+#include <iostream>
+
+#include "cli/program/terminal.h"
+#include "cli/program/verbs.h"
+
+namespace kv::cli {
+
+namespace {
+
+void append(std::string& list, const std::string& word) {
+  if (!list.empty()) list += ' ';
+  list += word;
+}
+
+// What the shell offers behind one command: an alternative of the script's case. Names of verbs and
+// options have nothing in them that the shell would read otherwise.
+void writeAlternative(std::ostream& out, const CommandOutline& command) {
+  std::string parts, options, valued;
+  for (const auto& part : command.parts) append(parts, part.name);
+  for (const auto& option : command.options)
+    for (const auto& name : option.names) {
+      append(options, name);
+      if (!option.typeName.empty()) append(valued, name);
+    }
+  out << fmt::format("      '{}') parts='{}' options='{}' valued='{}' ;;\n", command.path, parts,
+                     options, valued);
+  for (const auto& part : command.parts) writeAlternative(out, part);
+}
+
+void writeForBash(std::ostream& out, const CommandOutline& program) {
+  out << R"(# Completes kvvesk in bash. Written by the program itself:
+#   source <(kvvesk completion bash)
+_kvvesk() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
+  local command='' place=1 parts options valued
+  COMPREPLY=()
+  while :; do
+    parts='' options='' valued=''
+    case $command in
+)";
+  writeAlternative(out, program);
+  out << R"(    esac
+    [[ -n $parts && $place -lt $COMP_CWORD ]] || break
+    command="${command:+$command }${COMP_WORDS[place]}"
+    place=$((place + 1))
+  done
+  # What follows is the shell's to complete: as the name of a file.
+  [[ " $valued " != *" $before "* ]] || return 0
+  [[ -n $parts || $word == -* ]] || return 0
+  mapfile -t COMPREPLY < <(compgen -W "$parts $options" -- "$word")
+}
+complete -o default -F _kvvesk kvvesk
+)";
+}
+
+}  // namespace
+
+void addCompletion(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand("completion", "Print what completes kvvesk in a shell");
+  const auto shell = std::make_shared<std::string>();
+  verb->addOption("shell", *shell, "The shell: bash")->required()->typeName("SHELL");
+  verb->footer(
+      "To have it in this shell: source <(kvvesk completion bash)\n"
+      "Where kvvesk was installed with 'cmake --install', bash finds it by itself.");
+  verb->callback([&app, &chosen, shell] {
+    if (*shell != "bash")
+      throw UsageError("there is completion for bash, not for '" + *shell + "'");
+    chosen = [&app] {
+      writeForBash(std::cout, app.outline());
+      return kDone;
+    };
+  });
+}
+
+}  // namespace kv::cli

@@ -1,0 +1,19 @@
+#include "cli/register/users_file.h"
+
+#include <filesystem>
+
+#include "cli/program/terminal.h"
+#include "common/path.h"
+#include "kvdata/engine/open.h"
+
+namespace kv::cli {
+
+std::string storedLocation(const std::string& place) {
+  if (engine::isServer(place)) return place;
+  std::string out = pathText(std::filesystem::absolute(pathOf(place)).lexically_normal());
+  if (out.find_first_of(";\"'") != std::string::npos)
+    throw UsageError("the path of a file for users must not contain ; or quotation marks");
+  return out;
+}
+
+}  // namespace kv::cli

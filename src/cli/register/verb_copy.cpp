@@ -1,0 +1,62 @@
+#include <fmt/format.h>
+
+#include <iostream>
+
+#include "cli/answers/output.h"
+#include "cli/program/terminal.h"
+#include "cli/program/verbs.h"
+#include "kvdata/connection_string.h"
+#include "kvdata/schema/copy_register.h"
+
+namespace kv::cli {
+
+namespace {
+
+int copy(const Options& options, const std::string& to, bool users) {
+  const Session session(options);
+  session.requireAdministrator("only administrators may copy a register");
+  std::vector<CopiedTable> tables;
+  {
+    Progress progress("copying");
+    const auto show = [&](std::int64_t done, std::int64_t all, const std::string& table) {
+      progress.show(static_cast<std::size_t>(done), static_cast<std::size_t>(all),
+                    "rows, " + table);
+    };
+    const auto connection = session->DataServer()->Connection();
+    const std::string place = "Data Source=" + quotedValue(to);
+    tables = users ? copyUsers(connection, place, show) : copyRegister(connection, place, show);
+  }
+  std::vector<std::vector<std::string>> rows;
+  std::int64_t all = 0;
+  for (const auto& table : tables) {
+    rows.push_back(
+        {table.name, std::to_string(table.rows), fmt::format("{:016x}", table.checksum)});
+    all += table.rows;
+  }
+  writeTable(std::cout, {"Table", "Rows", "Checksum"}, rows);
+  std::cout << fmt::format("copied {} rows; both sides are the same\n", all);
+  return kDone;
+}
+
+}  // namespace
+
+void addCopy(Command& app, Action& chosen) {
+  auto* verb = app.addSubcommand(
+      "copy",
+      "Copy a register to a new place: from a file to a server, back, or to another file; all of "
+      "it or nothing; for administrators");
+  const auto options = std::make_shared<Options>();
+  const auto to = std::make_shared<std::string>();
+  const auto users = std::make_shared<bool>(false);
+  addCommon(*verb, *options);
+  verb->addOption("to", *to, "Where to: a path, or postgresql://... of an empty database")
+      ->required();
+  verb->addFlag("--users", *users,
+                "Only the users, their actions and saved queries, for registers to share: then set "
+                "UserDBLocation");
+  verb->callback([&chosen, options, to, users] {
+    chosen = [options, to, users] { return copy(*options, *to, *users); };
+  });
+}
+
+}  // namespace kv::cli
