@@ -13,6 +13,10 @@ constexpr const char* kSource = "kvvesk";
 WrongInput::WrongInput(std::string description)
     : Error(kInvalidCall, kSource, std::move(description)) {}
 
+void requireChange(bool any) {
+  if (!any) throw WrongInput("nothing to change: give at least one field");
+}
+
 void refuse(std::string why) { throw Error(kInvalidCall, kSource, std::move(why)); }
 
 void deny(std::string_view why) {

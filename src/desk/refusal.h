@@ -15,6 +15,9 @@ class WrongInput : public Error {
   explicit WrongInput(std::string description);
 };
 
+// Raises WrongInput when there is nothing to change.
+void requireChange(bool any);
+
 // Raises 5 with the reason.
 [[noreturn]] void refuse(std::string why);
 

@@ -1,9 +1,9 @@
 #include "desk/copies/released_copies.h"
 
-#include "desk/people/user_lookup.h"
 #include "common/convert.h"
-#include "common/error.h"
 #include "common/text.h"
+#include "desk/people/user_lookup.h"
+#include "desk/refusal.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/table_value.h"
 

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "common/convert.h"
-#include "common/error.h"
 #include "common/text.h"
 #include "common/text_key.h"
+#include "desk/refusal.h"
 #include "kvdata/table_value.h"
 #include "rights/rights.h"
 

@@ -77,13 +77,9 @@ void write(const Session& session, const DocumentKey& document,
 
 }  // namespace
 
-void requireFields(const DocumentFields& fields) {
-  if (!fields.any()) throw WrongInput("nothing to change: give at least one field");
-}
-
 std::string editDocument(const Session& session, const std::string& document,
                          const DocumentFields& fields) {
-  requireFields(fields);
+  requireChange(fields.any());
   Transaction transaction(session);
   const DocumentKey key = findDocument(session, document);
   transaction.lock("Documents", "DocumentID", key.id);

@@ -8,9 +8,6 @@
 
 namespace kv::desk {
 
-// Raises WrongInput when no field is given.
-void requireFields(const DocumentFields& fields);
-
 // Writes the fields given, after testing the right for each; returns the document's identifier. A
 // document that stops being controlled loses its manuals, hard copies, approvers and every revision
 // but the current one; one that becomes controlled again has its current revision back.

@@ -1,15 +1,11 @@
 #include "desk/manuals/manual_lookup.h"
 
-#include "common/error.h"
 #include "common/text.h"
+#include "desk/refusal.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/table_value.h"
 
 namespace kv::desk {
-
-namespace {
-
-}  // namespace
 
 ManualKey findManual(const Session& session, const std::string& manual) {
   const auto with = [&](const char* column, const std::string& value) {

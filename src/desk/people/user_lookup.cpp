@@ -1,17 +1,13 @@
 #include "desk/people/user_lookup.h"
 
 #include "common/convert.h"
-#include "common/error.h"
 #include "common/text.h"
 #include "common/text_key.h"
+#include "desk/refusal.h"
 #include "kvdata/table_value.h"
 #include "rights/rights.h"
 
 namespace kv::desk {
-
-namespace {
-
-}  // namespace
 
 std::string findUser(const std::shared_ptr<Database>& database, const std::string& user) {
   const auto with = [&](const char* column, const std::string& value) {

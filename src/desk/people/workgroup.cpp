@@ -3,10 +3,11 @@
 #include <array>
 #include <utility>
 
-#include "common/whole_number.h"
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "common/whole_number.h"
+#include "desk/refusal.h"
 #include "kvdata/table_value.h"
 
 namespace kv::desk {
@@ -32,8 +33,7 @@ std::int32_t findWorkgroup(const Session& session, const std::string& workgroup)
     return *given;
   const auto titled = groupsWhere(session, "GroupTitle = '" + doubledQuotes(workgroup) + "'");
   if (titled->RecordCount() == 1) return toInt32(titled->Fields("GroupID")->Value());
-  throw Error(kInvalidCall, "kvvesk",
-              titled->RecordCount() == 0 ? "There is no workgroup '" + workgroup + "'."
+  refuse(titled->RecordCount() == 0 ? "There is no workgroup '" + workgroup + "'."
                                          : "Several workgroups have the title '" + workgroup +
                                                "'; give the workgroup's number.");
 }

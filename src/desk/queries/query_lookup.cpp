@@ -1,9 +1,10 @@
 #include "desk/queries/query_lookup.h"
 
-#include "common/whole_number.h"
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "common/whole_number.h"
+#include "desk/refusal.h"
 #include "kvdata/table_value.h"
 
 namespace kv::desk {
@@ -36,8 +37,7 @@ std::int32_t findQueryNamed(const Session& session, const std::string& query,
   const auto named = queriesNamed(session, from, query);
   if (named->RecordCount() == 1) return toInt32(named->Fields(0)->Value());
   const std::string kind = from.kind;
-  throw Error(kInvalidCall, "kvvesk",
-              named->RecordCount() == 0 ? "There is no " + kind + " query '" + query + "'."
+  refuse(named->RecordCount() == 0 ? "There is no " + kind + " query '" + query + "'."
                                         : "Several " + kind + " queries have the name '" + query +
                                               "'; give the query's number.");
 }

@@ -1,10 +1,10 @@
 #include "desk/revisions/revision_decision.h"
 
-#include "desk/revisions/revision_standing.h"
-#include "desk/people/user_lookup.h"
 #include "common/convert.h"
-#include "common/error.h"
 #include "common/text.h"
+#include "desk/people/user_lookup.h"
+#include "desk/refusal.h"
+#include "desk/revisions/revision_standing.h"
 #include "kvdata/recordset/text_field.h"
 #include "rights/rights.h"
 

@@ -1,8 +1,8 @@
 #include "desk/revisions/revision_lookup.h"
 
-#include "desk/documents/document_access.h"
-#include "common/error.h"
 #include "common/text.h"
+#include "desk/documents/document_access.h"
+#include "desk/refusal.h"
 #include "kvdata/recordset/text_field.h"
 #include "kvdata/table_value.h"
 
@@ -25,7 +25,7 @@ FoundRevision find(const Session& session, std::int32_t revision, bool toDecide)
   if (there) found.documentId = fieldText(*found.row, "DocumentID");
   if (!there ||
       (isHidden(session, found.documentId) && !(toDecide && isApprover(session, revision))))
-    throw Error(kInvalidCall, "kvvesk", "There is no revision " + std::to_string(revision) + ".");
+    refuse("There is no revision " + std::to_string(revision) + ".");
   found.owned = isOwner(session, found.documentId);
   return found;
 }
