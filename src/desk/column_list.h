@@ -1,4 +1,4 @@
-// Lists of columns on the command line. What comes from there goes into a statement, so nothing but
+// Lists of columns as people write them. They go into a statement, so nothing but
 // columns gets through.
 #pragma once
 

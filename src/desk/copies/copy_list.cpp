@@ -55,14 +55,6 @@ const char* HeldCopy::stateText() const noexcept {
   return "";
 }
 
-void addCopyKinds(Command& verb, CopyFilter& filter) {
-  auto* hard = verb.addFlag(
-      "--hard", [&filter] { filter.listed = false; }, "Only hard copies");
-  verb.addFlag(
-          "--virtual", [&filter] { filter.hard = false; }, "Only what is on personal lists")
-      ->excludes(hard);
-}
-
 std::vector<HeldCopy> copiesHeld(const Session& session, const CopyFilter& filter) {
   const HiddenDocuments hidden(session);
   std::vector<HeldCopy> copies;

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "desk/answer_set.h"
-#include "cli/command.h"
 #include "desk/session.h"
 
 namespace kv::desk {
@@ -35,9 +34,6 @@ struct HeldCopy {
 
   [[nodiscard]] const char* stateText() const noexcept;
 };
-
-// --hard and --virtual.
-void addCopyKinds(Command& verb, CopyFilter& filter);
 
 // Those that the filter lets through, but for secured documents that are not there for the
 // logged-in user.

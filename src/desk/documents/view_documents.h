@@ -10,12 +10,6 @@
 
 namespace kv::desk {
 
-// One record with what the register calls its fields.
-struct Detail {
-  Ref<Recordset> row;
-  Labels labels;
-};
-
 // The document's row. Takes the right to view document details.
 [[nodiscard]] Detail viewDocument(const Session& session, const std::string& document);
 

@@ -1,4 +1,4 @@
-// Manuals as people name them on the command line.
+// Manuals as people name them.
 #pragma once
 
 #include <string>

@@ -77,15 +77,15 @@ std::string settingText(SettingKind kind, std::int16_t number) {
   return {};
 }
 
-std::vector<std::int16_t> settingsOf(SettingKind kind) {
-  std::vector<std::int16_t> numbers;
+Settings settingsOf(SettingKind kind) {
+  Settings numbers;
   for (std::int16_t n = 1; n < kBeyond; ++n)
     if (!settingText(kind, n).empty()) numbers.push_back(n);
   return numbers;
 }
 
-std::vector<std::int16_t> readSettings(SettingKind kind, const std::string& list) {
-  std::vector<std::int16_t> numbers;
+Settings readSettings(SettingKind kind, const std::string& list) {
+  Settings numbers;
   const std::string_view all = list;
   for (std::size_t from = 0; from <= all.size();) {
     const std::size_t comma = std::min(all.find(',', from), all.size());
@@ -106,7 +106,7 @@ std::vector<std::int16_t> readSettings(SettingKind kind, const std::string& list
   return numbers;
 }
 
-std::string withSettings(std::string text, const std::vector<std::int16_t>& places, bool on) {
+std::string withSettings(std::string text, const Settings& places, bool on) {
   for (const auto place : places) {
     const auto at = static_cast<std::size_t>(place) - 1;
     if (text.size() <= at) text.resize(at + 1, '0');

@@ -1,4 +1,4 @@
-// Users as people name them on the command line.
+// Users as people name them.
 #pragma once
 
 #include <map>

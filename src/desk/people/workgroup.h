@@ -1,4 +1,4 @@
-// Workgroups as people name them on the command line, and the one that makes administrators.
+// Workgroups as people name them, and the one that makes administrators.
 #pragma once
 
 #include <cstdint>

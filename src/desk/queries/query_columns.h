@@ -1,4 +1,4 @@
-// The columns that saved queries search by, as the command line names them and as a stored query
+// The columns that saved queries search by, as people name them and as a stored query
 // keeps what is asked of them.
 #pragma once
 

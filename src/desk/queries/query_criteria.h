@@ -1,4 +1,4 @@
-// The criteria of saved queries as options.
+// What a saved query asks for, in the words of those who keep a register.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/command.h"
 #include "desk/queries/query_columns.h"
 #include "desk/queries/user_field_type.h"
 #include "queries/stored_query.h"
@@ -25,11 +24,6 @@ struct QueryCriteria {
     return kind || !where.empty() || !drop.empty() || on || after || before;
   }
 };
-
-// --kind, --where, --on, --after and --before.
-void addCriteria(Command& verb, QueryCriteria& criteria);
-// --drop, for a query that has criteria already.
-void addDropping(Command& verb, QueryCriteria& criteria);
 
 // What a column holds; only those of users hold anything but text.
 using TypeOfColumn = std::function<UserFieldType(const QueryColumn&)>;

@@ -1,4 +1,4 @@
-// Stored queries as people name them on the command line.
+// Stored queries as people name them.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "common/text.h"
 #include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
-#include "desk/revisions/revision_standing.h"
+#include "desk/revisions/standing.h"
 #include "kvdata/recordset/text_field.h"
 #include "rights/rights.h"
 

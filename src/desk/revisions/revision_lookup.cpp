@@ -1,5 +1,6 @@
 #include "desk/revisions/revision_lookup.h"
 
+#include "common/convert.h"
 #include "common/text.h"
 #include "desk/documents/document_access.h"
 #include "desk/refusal.h"
@@ -38,6 +39,16 @@ FoundRevision findRevision(const Session& session, std::int32_t revision) {
 
 FoundRevision findRevisionToDecide(const Session& session, std::int32_t revision) {
   return find(session, revision, true);
+}
+
+bool hasStatus(const FoundRevision& found, RevisionStatus status) {
+  return compareValues(found.row->Fields("RevisionStatus")->Value(),
+                       static_cast<std::int16_t>(status)) == 0;
+}
+
+bool isCurrentOf(const Session& session, const std::string& document, std::int32_t revision) {
+  const Variant current = session->Document()->Value(document, "CurrentRevID");
+  return compareValues(current, revision) == 0;
 }
 
 std::string statusText(const Session& session, std::int32_t revision) {

@@ -1,4 +1,4 @@
-// Whom a verb told what: the actions that its own transaction has sent.
+// Whom a use case told what: the actions that its own transaction has sent.
 #pragma once
 
 #include <cstdint>
