@@ -106,7 +106,9 @@ Argument* Command::addFlag(const std::string& name, std::function<void()> take,
   return keep(app_.add_flag_callback(name, std::move(take), help));
 }
 
-void Command::footer(const std::string& text) { app_.footer(text); }
+void Command::footer(const std::string& text) {
+  if (!text.empty()) app_.footer(text);
+}
 
 void Command::hide() { app_.group(""); }
 

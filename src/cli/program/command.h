@@ -70,7 +70,7 @@ class Command {
                       const std::string& help);
   Argument* addFlag(const std::string& name, bool& value, const std::string& help);
   Argument* addFlag(const std::string& name, std::function<void()> take, const std::string& help);
-  // Stands below the options in the help text.
+  // Stands below the options in the help text; that of the program does where there is none.
   void footer(const std::string& text);
   // Help does not list it.
   void hide();
