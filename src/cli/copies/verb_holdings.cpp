@@ -32,25 +32,26 @@ int list(const Options& options, const std::optional<std::string>& user, CopyFil
   return kDone;
 }
 
+struct List {
+  Options options;
+  std::optional<std::string> user;
+  CopyFilter filter;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "holder", user, "The user, by ID or name; whoever logs in when left out")
+        ->typeName("USER");
+    addCopyKinds(verb, filter);
+    verb.footer(
+        "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
+        "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
+        "Secured documents are listed for administrators and their owners only.");
+  }
+  [[nodiscard]] int run() const { return list(options, user, filter); }
+};
+
 }  // namespace
 
-void addHoldings(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("holdings", "List the copies that somebody has");
-  const auto options = std::make_shared<Options>();
-  const auto user = std::make_shared<std::optional<std::string>>();
-  const auto filter = std::make_shared<CopyFilter>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "holder", *user, "The user, by ID or name; whoever logs in when left out")
-      ->typeName("USER");
-  addCopyKinds(*verb, *filter);
-  verb->footer(
-      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
-      "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
-      "Secured documents are listed for administrators and their owners only.");
-  verb->callback([&chosen, options, user, filter] {
-    chosen = [options, user, filter] { return list(*options, *user, *filter); };
-  });
-}
+void copyHoldings(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

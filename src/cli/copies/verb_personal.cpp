@@ -9,29 +9,27 @@ namespace {
 
 using Change = int (*)(const Options&, const CopyChange&);
 
-void addPart(Command& verb, Action& chosen, const char* name, const char* help, Change run) {
-  auto* sub = verb.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto change = std::make_shared<CopyChange>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addText(*sub, "--document", change->document, "The document, by identifier or number");
-  addText(*sub, "--manual", change->manual, "The manual, by identifier or name");
-  addText(*sub, "--of", change->user, "Whose list, by ID or name; one's own when left out");
-  sub->callback([&chosen, options, change, run] {
-    if (change->document.has_value() == change->manual.has_value())
+struct ListChange {
+  Change make;
+  Options options = {};
+  CopyChange change = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--document", change.document, "The document, by identifier or number");
+    addText(verb, "--manual", change.manual, "The manual, by identifier or name");
+    addText(verb, "--of", change.user, "Whose list, by ID or name; one's own when left out");
+  }
+  [[nodiscard]] int run() const {
+    if (change.document.has_value() == change.manual.has_value())
       throw UsageError("give either --document or --manual");
-    chosen = [options, change, run] { return run(*options, *change); };
-  });
-}
+    return make(options, change);
+  }
+};
 
 }  // namespace
 
-void addPersonal(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("personal", "Change what is on a user's personal list");
-  verb->requireSubcommand();
-  addPart(*verb, chosen, "add", "Put a document or a manual on a personal list", giveCopy);
-  addPart(*verb, chosen, "remove", "Take a document or a manual off a personal list", takeOffList);
-}
+void personalAdd(Command& verb) { declare<ListChange>(verb, giveCopy); }
+void personalRemove(Command& verb) { declare<ListChange>(verb, takeOffList); }
 
 }  // namespace kv::cli

@@ -68,46 +68,42 @@ int list(const Options& options, const Listing& listing, bool staleOnly) {
   return kDone;
 }
 
-Command* addList(Command& app, Action& chosen, const char* name, const char* help, bool staleOnly) {
-  auto* verb = app.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto listing = std::make_shared<Listing>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--of", listing->user, "Only copies that this user has, by ID or name")
-      ->typeName("USER");
-  addText(*verb, "--manual", listing->manual,
-          "Only copies that came with this manual, by identifier or name");
-  addText(*verb, "--document", listing->document,
-          "Only copies of this document, by identifier or number");
-  addText(*verb, "--manual-query", listing->manualQuery,
-          "Only copies whose manual a saved manual query finds, by number or name");
-  addText(*verb, "--document-query", listing->documentQuery,
-          "Only copies whose document a saved document query finds, by number or name");
-  addCopyKinds(*verb, listing->filter);
-  verb->callback([&chosen, options, listing, staleOnly] {
-    chosen = [options, listing, staleOnly] { return list(*options, *listing, staleOnly); };
-  });
-  return verb;
-}
+struct List {
+  bool staleOnly;
+  Options options = {};
+  Listing listing = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--of", listing.user, "Only copies that this user has, by ID or name")
+        ->typeName("USER");
+    addText(verb, "--manual", listing.manual,
+            "Only copies that came with this manual, by identifier or name");
+    addText(verb, "--document", listing.document,
+            "Only copies of this document, by identifier or number");
+    addText(verb, "--manual-query", listing.manualQuery,
+            "Only copies whose manual a saved manual query finds, by number or name");
+    addText(verb, "--document-query", listing.documentQuery,
+            "Only copies whose document a saved document query finds, by number or name");
+    addCopyKinds(verb, listing.filter);
+    verb.footer(staleOnly ? kStaleFooter : kFooter);
+  }
+  [[nodiscard]] int run() const { return list(options, listing, staleOnly); }
+
+  static constexpr const char* kFooter =
+      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
+      "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
+      "Secured documents are listed for administrators and their owners only.";
+  static constexpr const char* kStaleFooter =
+      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force, "
+      "empty when\nthere is none. Copies of uncontrolled documents are never stale.\n"
+      "Exit status is 0 whether or not there are any.\n"
+      "Secured documents are listed for administrators and their owners only.";
+};
 
 }  // namespace
 
-void addReleases(Command& app, Action& chosen) {
-  addList(app, chosen, "releases", "List who has which copies", false)
-      ->footer(
-          "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
-          "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
-          "Secured documents are listed for administrators and their owners only.");
-}
-
-void addStale(Command& app, Action& chosen) {
-  addList(app, chosen, "stale", "List the copies that are not of the revision in force", true)
-      ->footer(
-          "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force, "
-          "empty when\nthere is none. Copies of uncontrolled documents are never stale.\n"
-          "Exit status is 0 whether or not there are any.\n"
-          "Secured documents are listed for administrators and their owners only.");
-}
+void copyReleases(Command& verb) { declare<List>(verb, false); }
+void copyStale(Command& verb) { declare<List>(verb, true); }
 
 }  // namespace kv::cli

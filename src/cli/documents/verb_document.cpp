@@ -114,77 +114,69 @@ void addKey(Command& verb, std::string& document) {
   verb.addOption("document", document, "The document, by identifier or number")->required();
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "Show all fields of a document");
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *document);
-  sub->callback([&chosen, options, document] {
-    chosen = [options, document] { return show(*options, *document); };
-  });
-}
+struct Show {
+  Options options;
+  std::string document;
 
-void addAdd(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("add", "Add a document and its first revision");
-  const auto options = std::make_shared<Options>();
-  const auto given = std::make_shared<NewDocument>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addDocumentFields(*sub, given->fields);
-  addText(*sub, "--level", given->level, "The level of the first revision");
-  addDate(*sub, "--effective", given->effective, "Since when, or from when, it is effective");
-  sub->addFlag("--current", given->current,
-               "The first revision is in force; since today unless --effective says otherwise");
-  sub->footer(
-      "A new document is controlled and not secured unless the options say otherwise.\n"
-      "Its identifier is printed; show, edit, delete and revision take that or its number.");
-  sub->callback(
-      [&chosen, options, given] { chosen = [options, given] { return add(*options, *given); }; });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, document);
+  }
+  [[nodiscard]] int run() const { return show(options, document); }
+};
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change fields of a document");
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  const auto fields = std::make_shared<DocumentFields>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *document);
-  addDocumentFields(*sub, *fields);
-  sub->footer(
-      "Fields that are not given stay as they are; an empty text empties a field.\n"
-      "--controlled no takes the document out of every manual, collects its hard copies, empties "
-      "its\napproval list and deletes its revisions but the current one.\n"
-      "--controlled yes puts the revision in force that was kept, if there is one.");
-  sub->callback([&chosen, options, document, fields] {
-    chosen = [options, document, fields] { return edit(*options, *document, *fields); };
-  });
-}
+struct Add {
+  Options options;
+  NewDocument given;
 
-void addDelete(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand(
-      "delete", "Delete a document with its revisions, owners, approvers and copies");
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *document);
-  sub->callback([&chosen, options, document] {
-    chosen = [options, document] { return remove(*options, *document); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addDocumentFields(verb, given.fields);
+    addText(verb, "--level", given.level, "The level of the first revision");
+    addDate(verb, "--effective", given.effective, "Since when, or from when, it is effective");
+    verb.addFlag("--current", given.current,
+                 "The first revision is in force; since today unless --effective says otherwise");
+    verb.footer(
+        "A new document is controlled and not secured unless the options say otherwise.\n"
+        "Its identifier is printed; show, edit, delete and revision take that or its number.");
+  }
+  [[nodiscard]] int run() const { return add(options, given); }
+};
+
+struct Edit {
+  Options options;
+  std::string document;
+  DocumentFields fields;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, document);
+    addDocumentFields(verb, fields);
+    verb.footer(
+        "Fields that are not given stay as they are; an empty text empties a field.\n"
+        "--controlled no takes the document out of every manual, collects its hard copies, "
+        "empties its\napproval list and deletes its revisions but the current one.\n"
+        "--controlled yes puts the revision in force that was kept, if there is one.");
+  }
+  [[nodiscard]] int run() const { return edit(options, document, fields); }
+};
+
+struct Delete {
+  Options options;
+  std::string document;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, document);
+  }
+  [[nodiscard]] int run() const { return remove(options, document); }
+};
 
 }  // namespace
 
-void addDocument(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("document", "Show, add, change or delete one document");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addAdd(*verb, chosen);
-  addEdit(*verb, chosen);
-  addDelete(*verb, chosen);
-}
+void documentShow(Command& verb) { declare<Show>(verb); }
+void documentAdd(Command& verb) { declare<Add>(verb); }
+void documentEdit(Command& verb) { declare<Edit>(verb); }
+void documentDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

@@ -44,29 +44,30 @@ int list(const Options& options, const Listing& listing) {
   return kDone;
 }
 
+struct List {
+  Options options;
+  Listing listing;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--query", listing.query,
+            std::string("The saved query to list by, by number or name; '") + kAllDocuments +
+                "' when left out");
+    verb.addOption("--sort", listing.sort,
+                   "The columns to sort by, parted by commas, each with asc or desc behind it; "
+                   "the title when left out, or the number where the register says so");
+    verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
+        ->showDefault();
+    verb.footer(
+        "Columns: ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
+        "DocUser1 to\nDocUser4, DocumentNotes, SecurityLevel, Location, Controlled, "
+        "CurrentRevID.\nSecured documents are listed for administrators only.");
+  }
+  [[nodiscard]] int run() const { return list(options, listing); }
+};
+
 }  // namespace
 
-void addDocuments(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("documents", "List documents, all or those of a saved query");
-  const auto options = std::make_shared<Options>();
-  const auto listing = std::make_shared<Listing>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--query", listing->query,
-          std::string("The saved query to list by, by number or name; '") + kAllDocuments +
-              "' when left out");
-  verb->addOption("--sort", listing->sort,
-                  "The columns to sort by, parted by commas, each with asc or desc behind it; the "
-                  "title when left out, or the number where the register says so");
-  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->showDefault();
-  verb->footer(
-      "Columns: ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
-      "DocUser1 to\nDocUser4, DocumentNotes, SecurityLevel, Location, Controlled, CurrentRevID.\n"
-      "Secured documents are listed for administrators only.");
-  verb->callback([&chosen, options, listing] {
-    chosen = [options, listing] { return list(*options, *listing); };
-  });
-}
+void documentList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

@@ -106,24 +106,23 @@ int exportTo(const Options& options, const std::string& to) {
   return kDone;
 }
 
+struct Export {
+  Options options;
+  std::string folder;
+
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    verb.addOption("folder", folder, "The folder to make; it may be there if it is empty")
+        ->required();
+    verb.footer(
+        "What was written is imported and compared before it is kept. What the files cannot carry, "
+        "such as\npasswords, rights, saved queries and labels, is listed.");
+  }
+  [[nodiscard]] int run() const { return exportTo(options, folder); }
+};
+
 }  // namespace
 
-void addExport(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "export",
-      "Write a register as a folder of CSV files that can be imported, all of it or nothing; for "
-      "administrators");
-  const auto options = std::make_shared<Options>();
-  const auto folder = std::make_shared<std::string>();
-  addCommon(*verb, *options);
-  verb->addOption("folder", *folder, "The folder to make; it may be there if it is empty")
-      ->required();
-  verb->footer(
-      "What was written is imported and compared before it is kept. What the files cannot carry, "
-      "such as\npasswords, rights, saved queries and labels, is listed.");
-  verb->callback([&chosen, options, folder] {
-    chosen = [options, folder] { return exportTo(*options, *folder); };
-  });
-}
+void registerExport(Command& verb) { declare<Export>(verb); }
 
 }  // namespace kv::cli

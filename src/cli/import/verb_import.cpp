@@ -59,24 +59,24 @@ int import(const Options& options, const std::string& folder, const std::string&
   return report.problems.empty() ? kDone : kRefused;
 }
 
+struct Import {
+  Options options;
+  std::string folder;
+  std::string asOf;
+
+  void describe(Command& verb) {
+    verb.addOption("folder", folder, "The folder with users.csv, documents.csv and the others")
+        ->required()
+        ->existingFolder();
+    addCommon(verb, options, Formats::None);
+    verb.addOption("--as-of", asOf,
+                   "Date and time that new identifiers of manuals are made of; now when left out");
+  }
+  [[nodiscard]] int run() const { return import(options, folder, asOf); }
+};
+
 }  // namespace
 
-void addImport(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "import",
-      "Fill a register from a folder of CSV files, all of it or nothing; for administrators");
-  const auto options = std::make_shared<Options>();
-  const auto folder = std::make_shared<std::string>();
-  const auto asOf = std::make_shared<std::string>();
-  verb->addOption("folder", *folder, "The folder with users.csv, documents.csv and the others")
-      ->required()
-      ->existingFolder();
-  addCommon(*verb, *options);
-  verb->addOption("--as-of", *asOf,
-                  "Date and time that new identifiers of manuals are made of; now when left out");
-  verb->callback([&chosen, options, folder, asOf] {
-    chosen = [options, folder, asOf] { return import(*options, *folder, *asOf); };
-  });
-}
+void registerImport(Command& verb) { declare<Import>(verb); }
 
 }  // namespace kv::cli

@@ -4,7 +4,6 @@
 
 #include "cli/answers/answer_set.h"
 #include "cli/answers/detail.h"
-#include "cli/manuals/manual_contents.h"
 #include "cli/manuals/manual_fields.h"
 #include "cli/manuals/manual_lookup.h"
 #include "cli/program/client_transaction.h"
@@ -113,70 +112,59 @@ void addKey(Command& verb, std::string& manual) {
   verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "Show all fields of a manual");
-  const auto options = std::make_shared<Options>();
-  const auto manual = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *manual);
-  sub->callback([&chosen, options, manual] {
-    chosen = [options, manual] { return show(*options, *manual); };
-  });
-}
+struct Show {
+  Options options;
+  std::string manual;
 
-void addAdd(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("add", "Add a manual, without documents as yet");
-  const auto options = std::make_shared<Options>();
-  const auto fields = std::make_shared<ManualFields>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addManualFields(*sub, *fields);
-  sub->footer("Its identifier is printed; the other verbs take that or its name.");
-  sub->callback([&chosen, options, fields] {
-    chosen = [options, fields] { return add(*options, *fields); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, manual);
+  }
+  [[nodiscard]] int run() const { return show(options, manual); }
+};
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change fields of a manual");
-  const auto options = std::make_shared<Options>();
-  const auto manual = std::make_shared<std::string>();
-  const auto fields = std::make_shared<ManualFields>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *manual);
-  addManualFields(*sub, *fields);
-  sub->footer("Fields that are not given stay as they are; an empty text empties a field.");
-  sub->callback([&chosen, options, manual, fields] {
-    chosen = [options, manual, fields] { return edit(*options, *manual, *fields); };
-  });
-}
+struct Add {
+  Options options;
+  ManualFields fields;
 
-void addDelete(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand(
-      "delete", "Delete a manual with its copies; the documents in it stay in the register");
-  const auto options = std::make_shared<Options>();
-  const auto manual = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *manual);
-  sub->callback([&chosen, options, manual] {
-    chosen = [options, manual] { return remove(*options, *manual); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addManualFields(verb, fields);
+    verb.footer("Its identifier is printed; the other verbs take that or its name.");
+  }
+  [[nodiscard]] int run() const { return add(options, fields); }
+};
+
+struct Edit {
+  Options options;
+  std::string manual;
+  ManualFields fields;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, manual);
+    addManualFields(verb, fields);
+    verb.footer("Fields that are not given stay as they are; an empty text empties a field.");
+  }
+  [[nodiscard]] int run() const { return edit(options, manual, fields); }
+};
+
+struct Delete {
+  Options options;
+  std::string manual;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, manual);
+  }
+  [[nodiscard]] int run() const { return remove(options, manual); }
+};
 
 }  // namespace
 
-void addManual(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "manual", "Show, add, change or delete one manual; change which documents are in it");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addAdd(*verb, chosen);
-  addEdit(*verb, chosen);
-  addDelete(*verb, chosen);
-  addManualContents(*verb, chosen);
-}
+void manualShow(Command& verb) { declare<Show>(verb); }
+void manualAdd(Command& verb) { declare<Add>(verb); }
+void manualEdit(Command& verb) { declare<Edit>(verb); }
+void manualDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

@@ -6,11 +6,11 @@
 #include "cli/answers/answer_set.h"
 #include "cli/answers/output.h"
 #include "cli/documents/document_access.h"
-#include "cli/manuals/manual_contents.h"
 #include "cli/manuals/manual_lookup.h"
 #include "cli/people/user_lookup.h"
 #include "cli/program/client_transaction.h"
 #include "cli/program/given_options.h"
+#include "cli/program/verbs.h"
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/recordset/text_field.h"
@@ -151,63 +151,67 @@ int move(const Options& options, const Placing& given) {
   return kDone;
 }
 
-using List = int (*)(const Options&, const std::string&);
-using Change = int (*)(const Options&, const Placing&);
-
 void addManualKey(Command& verb, std::string& manual) {
   verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-Command* addList(Command& verb, Action& chosen, const char* name, const char* help, List run) {
-  auto* sub = verb.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto manual = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addManualKey(*sub, *manual);
-  sub->callback([&chosen, options, manual, run] {
-    chosen = [options, manual, run] { return run(*options, *manual); };
-  });
-  return sub;
-}
+struct Contents {
+  Options options;
+  std::string manual;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addManualKey(verb, manual);
+    verb.footer("Secured documents are listed for administrators and their owners only.");
+  }
+  [[nodiscard]] int run() const { return contents(options, manual); }
+};
+
+struct Copies {
+  Options options;
+  std::string manual;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addManualKey(verb, manual);
+  }
+  [[nodiscard]] int run() const { return copies(options, manual); }
+};
 
 enum class Position : std::uint8_t { None, Optional, Required };
 
-Command* addChange(Command& verb, Action& chosen, const char* name, const char* help,
-                   Position position, Change run) {
-  auto* sub = verb.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto given = std::make_shared<Placing>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addManualKey(*sub, given->manual);
-  sub->addOption("document", given->document, "The document, by identifier or number")->required();
-  if (position != Position::None)
-    addNumber(*sub, "position", given->position, "The place in the manual, counted from 1")
-        ->required(position == Position::Required);
-  sub->callback([&chosen, options, given, run] {
-    chosen = [options, given, run] { return run(*options, *given); };
-  });
-  return sub;
-}
+struct Change {
+  int (*make)(const Options&, const Placing&);
+  Position position;
+  const char* footer;
+  Options options = {};
+  Placing given = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addManualKey(verb, given.manual);
+    verb.addOption("document", given.document, "The document, by identifier or number")->required();
+    if (position != Position::None)
+      addNumber(verb, "position", given.position, "The place in the manual, counted from 1")
+          ->required(position == Position::Required);
+    verb.footer(footer);
+  }
+  [[nodiscard]] int run() const { return make(options, given); }
+};
 
 }  // namespace
 
-void addManualContents(Command& manual, Action& chosen) {
-  addList(manual, chosen, "contents", "List the documents in a manual, in its order", contents)
-      ->footer("Secured documents are listed for administrators and their owners only.");
-  addList(manual, chosen, "copies", "List who has a manual, as hard copies or on a personal list",
-          copies);
-  addChange(manual, chosen, "put", "Put a document into a manual and into all copies of it",
-            Position::Optional, put)
-      ->footer("Without a place it comes behind the documents whose order has been settled.");
-  addChange(manual, chosen, "take", "Take a document out of a manual and out of all copies of it",
-            Position::None, take);
-  addChange(manual, chosen, "move", "Move a document within a manual", Position::Required, move)
-      ->footer(
-          "The register keeps an order, no places: mostly a document comes to stand behind the one "
-          "that "
-          "is at\nthe place given. The answer says where it stands now.");
+void manualContents(Command& verb) { declare<Contents>(verb); }
+void manualCopies(Command& verb) { declare<Copies>(verb); }
+void manualPut(Command& verb) {
+  declare<Change>(verb, put, Position::Optional,
+                  "Without a place it comes behind the documents whose order has been settled.");
+}
+void manualTake(Command& verb) { declare<Change>(verb, take, Position::None, ""); }
+void manualMove(Command& verb) {
+  declare<Change>(verb, move, Position::Required,
+                  "The register keeps an order, no places: mostly a document comes to stand behind "
+                  "the one that is at\nthe place given. The answer says where it stands now.");
 }
 
 }  // namespace kv::cli

@@ -32,25 +32,26 @@ int list(const Options& options, const Listing& listing) {
   return kDone;
 }
 
+struct List {
+  Options options;
+  Listing listing;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--query", listing.query,
+            "The saved manual query to list by, by number or name; all manuals when left out");
+    verb.addOption("--sort", listing.sort,
+                   "The columns to sort by, parted by commas, each with asc or desc behind it")
+        ->showDefault();
+    verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
+        ->showDefault();
+    verb.footer("Columns: ID, ManualID, ManualName, ManUser1 to ManUser4, ManUserMemo.");
+  }
+  [[nodiscard]] int run() const { return list(options, listing); }
+};
+
 }  // namespace
 
-void addManuals(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("manuals", "List manuals, all or those of a saved query");
-  const auto options = std::make_shared<Options>();
-  const auto listing = std::make_shared<Listing>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--query", listing->query,
-          "The saved manual query to list by, by number or name; all manuals when left out");
-  verb->addOption("--sort", listing->sort,
-                  "The columns to sort by, parted by commas, each with asc or desc behind it")
-      ->showDefault();
-  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->showDefault();
-  verb->footer("Columns: ID, ManualID, ManualName, ManUser1 to ManUser4, ManUserMemo.");
-  verb->callback([&chosen, options, listing] {
-    chosen = [options, listing] { return list(*options, *listing); };
-  });
-}
+void manualList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

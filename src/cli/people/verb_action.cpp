@@ -60,32 +60,26 @@ int settle(const Options& options, std::int32_t action, Step step,
   return kDone;
 }
 
-void addStep(Command& verb, Action& chosen, Step step) {
-  const bool close = step == Step::Close;
-  auto* sub = close ? verb.addSubcommand("close", "Record that an action is closed")
-                    : verb.addSubcommand("complete", "Record that an action is completed");
-  const auto options = std::make_shared<Options>();
-  const auto action = std::make_shared<std::int32_t>();
-  const auto on = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addNumber(*sub, "action", *action, "The action's number, as 'kvvesk actions' lists it")
-      ->required();
-  addDate(*sub, "--on", *on, "The day; today when left out");
-  if (close) sub->footer("An action that has not been completed counts as completed on that day.");
-  sub->callback([&chosen, options, action, step, on] {
-    chosen = [options, action, step, on] { return settle(*options, *action, step, *on); };
-  });
-}
+struct Settling {
+  Step step;
+  Options options = {};
+  std::int32_t action = 0;
+  std::optional<std::string> on = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addNumber(verb, "action", action, "The action's number, as 'kvvesk actions' lists it")
+        ->required();
+    addDate(verb, "--on", on, "The day; today when left out");
+    if (step == Step::Close)
+      verb.footer("An action that has not been completed counts as completed on that day.");
+  }
+  [[nodiscard]] int run() const { return settle(options, action, step, on); }
+};
 
 }  // namespace
 
-void addAction(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("action", "Complete or close an action of your own");
-  verb->requireSubcommand();
-  verb->footer("Administrators may settle the actions of others too.");
-  addStep(*verb, chosen, Step::Complete);
-  addStep(*verb, chosen, Step::Close);
-}
+void actionComplete(Command& verb) { declare<Settling>(verb, Step::Complete); }
+void actionClose(Command& verb) { declare<Settling>(verb, Step::Close); }
 
 }  // namespace kv::cli

@@ -33,24 +33,25 @@ int list(const Options& options, const std::optional<std::string>& of, bool all)
   return kDone;
 }
 
+struct List {
+  Options options;
+  std::optional<std::string> of;
+  bool all = false;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--of", of, "The user, by ID or name; whoever logs in when left out")
+        ->typeName("USER");
+    verb.addFlag("--all", all, "Also those that are closed");
+    verb.footer(
+        "Reference is the document or the revision that an action is about.\n"
+        "'kvvesk action' completes and closes actions.");
+  }
+  [[nodiscard]] int run() const { return list(options, of, all); }
+};
+
 }  // namespace
 
-void addActions(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("actions", "List what somebody has been asked to do");
-  const auto options = std::make_shared<Options>();
-  const auto of = std::make_shared<std::optional<std::string>>();
-  const auto all = std::make_shared<bool>(false);
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--of", *of, "The user, by ID or name; whoever logs in when left out")
-      ->typeName("USER");
-  verb->addFlag("--all", *all, "Also those that are closed");
-  verb->footer(
-      "Reference is the document or the revision that an action is about.\n"
-      "'kvvesk action' completes and closes actions.");
-  verb->callback([&chosen, options, of, all] {
-    chosen = [options, of, all] { return list(*options, *of, *all); };
-  });
-}
+void actionList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

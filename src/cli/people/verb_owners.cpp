@@ -176,60 +176,46 @@ int moveApprover(const Options& options, const Words& words) {
   return kDone;
 }
 
-using Change = int (*)(const Options& options, const Words& words);
+struct Show {
+  List list;
+  Options options = {};
+  std::string document = {};
 
-void addChange(Command& verb, Action& chosen, const char* name, const char* help, Change change,
-               bool orders, bool mustOrder) {
-  auto* sub = verb.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto words = std::make_shared<Words>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->addOption("document", words->document, "The document, by identifier or number")->required();
-  sub->addOption("user", words->user, "The user, by ID or name")->required();
-  if (orders)
-    addText(*sub, "--before", words->before, "The approver who is asked next, by ID or name")
-        ->typeName("USER")
-        ->required(mustOrder);
-  sub->callback([&chosen, options, words, change] {
-    chosen = [options, words, change] { return change(*options, *words); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("document", document, "The document, by identifier or number")->required();
+  }
+  [[nodiscard]] int run() const { return show(options, list, document); }
+};
 
-void addShow(Command& verb, Action& chosen, List list, const char* help) {
-  auto* sub = verb.addSubcommand("show", help);
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->addOption("document", *document, "The document, by identifier or number")->required();
-  sub->callback([&chosen, list, options, document] {
-    chosen = [list, options, document] { return show(*options, list, *document); };
-  });
-}
+enum class Order : std::uint8_t { None, Optional, Required };
+
+struct Change {
+  int (*make)(const Options& options, const Words& words);
+  Order order;
+  Options options = {};
+  Words words = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("document", words.document, "The document, by identifier or number")->required();
+    verb.addOption("user", words.user, "The user, by ID or name")->required();
+    if (order != Order::None)
+      addText(verb, "--before", words.before, "The approver who is asked next, by ID or name")
+          ->typeName("USER")
+          ->required(order == Order::Required);
+  }
+  [[nodiscard]] int run() const { return make(options, words); }
+};
 
 }  // namespace
 
-void addOwners(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("owners", "Show or change who owns a document");
-  verb->requireSubcommand();
-  addShow(*verb, chosen, ownersOf, "Show the owners of a document");
-  addChange(*verb, chosen, "add", "Make a user an owner of a document", addOwner, false, false);
-  addChange(*verb, chosen, "remove", "Let a user be an owner no longer", removeOwner, false, false);
-}
-
-void addApprovers(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "approvers", "Show or change who must approve the revisions of a document, in which order");
-  verb->requireSubcommand();
-  addShow(*verb, chosen, approversOf, "Show the approval list of a document, in its order");
-  addChange(*verb, chosen, "add",
-            "Put a user into the approval list of a document: behind the last, or before another",
-            addApprover, true, false);
-  addChange(*verb, chosen, "remove", "Take a user out of the approval list of a document",
-            removeApprover, false, false);
-  addChange(*verb, chosen, "move", "Have an approver asked before another", moveApprover, true,
-            true);
-}
+void ownerShow(Command& verb) { declare<Show>(verb, ownersOf); }
+void ownerAdd(Command& verb) { declare<Change>(verb, addOwner, Order::None); }
+void ownerRemove(Command& verb) { declare<Change>(verb, removeOwner, Order::None); }
+void approverShow(Command& verb) { declare<Show>(verb, approversOf); }
+void approverAdd(Command& verb) { declare<Change>(verb, addApprover, Order::Optional); }
+void approverRemove(Command& verb) { declare<Change>(verb, removeApprover, Order::None); }
+void approverMove(Command& verb) { declare<Change>(verb, moveApprover, Order::Required); }
 
 }  // namespace kv::cli

@@ -31,18 +31,19 @@ int change(const Options& options, const std::string& user) {
   return kDone;
 }
 
+struct Password {
+  Options options;
+  std::string user;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("name", user, "The user, by ID or name")->required();
+  }
+  [[nodiscard]] int run() const { return change(options, user); }
+};
+
 }  // namespace
 
-void addPasswd(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "passwd", "Give a user a new password, from KVVESK_NEW_PASSWORD or the terminal");
-  const auto options = std::make_shared<Options>();
-  const auto user = std::make_shared<std::string>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  verb->addOption("name", *user, "The user, by ID or name")->required();
-  verb->callback(
-      [&chosen, options, user] { chosen = [options, user] { return change(*options, *user); }; });
-}
+void userPassword(Command& verb) { declare<Password>(verb); }
 
 }  // namespace kv::cli

@@ -218,58 +218,54 @@ int edit(const Options& options, const Changes& changes) {
   return kDone;
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand(
-      "show", "Show what a user may do, what owners may do, and the options in force");
-  const auto options = std::make_shared<Options>();
-  const auto of = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addText(*sub, "--of", *of, "The user, by ID or name; whoever logs in when left out")
-      ->typeName("USER");
-  sub->callback([&chosen, options, of] { chosen = [options, of] { return show(*options, *of); }; });
-}
+struct Show {
+  Options options;
+  std::optional<std::string> of;
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change rights and options");
-  const auto options = std::make_shared<Options>();
-  const auto changes = std::make_shared<Changes>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  const auto numbers = [&](const char* name, std::optional<std::string>& target, const char* help) {
-    return addText(*sub, name, target, help)->typeName("NUMBERS");
-  };
-  addText(*sub, "--of", changes->of, "Whose rights to change, by ID or name")->typeName("USER");
-  auto* grant = numbers("--grant", changes->user.on, "Rights that the user gets; administrators");
-  auto* revoke =
-      numbers("--revoke", changes->user.off, "Rights that the user loses; administrators");
-  sub->addFlag("--inherit", changes->inherit,
-               "The user has the rights of the workgroup from now on; administrators")
-      ->excludes(grant)
-      ->excludes(revoke);
-  numbers("--owner-grant", changes->owner.on, "Rights that all owners get; administrators");
-  numbers("--owner-revoke", changes->owner.off, "Rights that all owners lose; administrators");
-  numbers("--option-on", changes->option.on, "Options of your own to switch on");
-  numbers("--option-off", changes->option.off, "Options of your own to switch off");
-  numbers("--app-on", changes->application.on,
-          "Options of the whole register to switch on; administrators");
-  numbers("--app-off", changes->application.off,
-          "Options of the whole register to switch off; administrators");
-  sub->footer(
-      "NUMBERS are those that 'kvvesk rights show' lists: 2, or 1,30,90-96.\n"
-      "A user whose rights are changed for the first time begins with those of the workgroup.");
-  sub->callback([&chosen, options, changes] {
-    chosen = [options, changes] { return edit(*options, *changes); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--of", of, "The user, by ID or name; whoever logs in when left out")
+        ->typeName("USER");
+  }
+  [[nodiscard]] int run() const { return show(options, of); }
+};
+
+struct Edit {
+  Options options;
+  Changes changes;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    const auto numbers = [&](const char* name, std::optional<std::string>& target,
+                             const char* help) {
+      return addText(verb, name, target, help)->typeName("NUMBERS");
+    };
+    addText(verb, "--of", changes.of, "Whose rights to change, by ID or name")->typeName("USER");
+    auto* grant = numbers("--grant", changes.user.on, "Rights that the user gets; administrators");
+    auto* revoke =
+        numbers("--revoke", changes.user.off, "Rights that the user loses; administrators");
+    verb.addFlag("--inherit", changes.inherit,
+                 "The user has the rights of the workgroup from now on; administrators")
+        ->excludes(grant)
+        ->excludes(revoke);
+    numbers("--owner-grant", changes.owner.on, "Rights that all owners get; administrators");
+    numbers("--owner-revoke", changes.owner.off, "Rights that all owners lose; administrators");
+    numbers("--option-on", changes.option.on, "Options of your own to switch on");
+    numbers("--option-off", changes.option.off, "Options of your own to switch off");
+    numbers("--app-on", changes.application.on,
+            "Options of the whole register to switch on; administrators");
+    numbers("--app-off", changes.application.off,
+            "Options of the whole register to switch off; administrators");
+    verb.footer(
+        "NUMBERS are those that 'kvvesk rights show' lists: 2, or 1,30,90-96.\n"
+        "A user whose rights are changed for the first time begins with those of the workgroup.");
+  }
+  [[nodiscard]] int run() const { return edit(options, changes); }
+};
 
 }  // namespace
 
-void addRights(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("rights", "Show or change rights and options");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addEdit(*verb, chosen);
-}
+void rightsShow(Command& verb) { declare<Show>(verb); }
+void rightsEdit(Command& verb) { declare<Edit>(verb); }
 
 }  // namespace kv::cli

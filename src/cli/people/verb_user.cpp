@@ -118,82 +118,72 @@ void addKey(Command& verb, std::string& user) {
   verb.addOption("name", user, "The user, by ID or name")->required();
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "Show all fields of a user, and the workgroup");
-  const auto options = std::make_shared<Options>();
-  const auto user = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *user);
-  sub->callback(
-      [&chosen, options, user] { chosen = [options, user] { return show(*options, *user); }; });
-}
+struct Show {
+  Options options;
+  std::string user;
 
-void addAdd(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("add", "Add a user");
-  const auto options = std::make_shared<Options>();
-  const auto fields = std::make_shared<UserFields>();
-  const auto withoutPassword = std::make_shared<bool>(false);
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addUserFields(*sub, *fields);
-  sub->addFlag("--no-password", *withoutPassword,
-               "The user cannot log in until somebody gives him a password");
-  sub->footer(
-      "The new user's password comes from KVVESK_NEW_PASSWORD or is asked for.\n"
-      "A user is in the workgroup 0, View Only Users, unless --workgroup says otherwise.\n"
-      "The user's ID is printed; where a user is to be given, it is that or the name.");
-  sub->callback([&chosen, options, fields, withoutPassword] {
-    chosen = [options, fields, withoutPassword] {
-      return add(*options, *fields, *withoutPassword);
-    };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, user);
+  }
+  [[nodiscard]] int run() const { return show(options, user); }
+};
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change fields of a user");
-  const auto options = std::make_shared<Options>();
-  const auto user = std::make_shared<std::string>();
-  const auto fields = std::make_shared<UserFields>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *user);
-  addUserFields(*sub, *fields);
-  sub->footer(
-      "Fields that are not given stay as they are; an empty text empties a field.\n"
-      "Administrators, and only they, make and unmake administrators, themselves too; the last one "
-      "stays.");
-  sub->callback([&chosen, options, user, fields] {
-    chosen = [options, user, fields] { return edit(*options, *user, *fields); };
-  });
-}
+struct Add {
+  Options options;
+  UserFields fields;
+  bool withoutPassword = false;
 
-void addDelete(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand(
-      "delete", "Delete a user with ownerships, places in approval lists and copies");
-  const auto options = std::make_shared<Options>();
-  const auto user = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addKey(*sub, *user);
-  sub->footer(
-      "Actions and the approvals of revisions keep the user's ID. What a deleted user has to "
-      "approve\nothers can decide about with 'kvvesk revision approve --for ID'.\n"
-      "Where registers share their users, the user is gone from all of them.");
-  sub->callback(
-      [&chosen, options, user] { chosen = [options, user] { return remove(*options, *user); }; });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addUserFields(verb, fields);
+    verb.addFlag("--no-password", withoutPassword,
+                 "The user cannot log in until somebody gives him a password");
+    verb.footer(
+        "The new user's password comes from KVVESK_NEW_PASSWORD or is asked for.\n"
+        "A user is in the workgroup 0, View Only Users, unless --workgroup says otherwise.\n"
+        "The user's ID is printed; where a user is to be given, it is that or the name.");
+  }
+  [[nodiscard]] int run() const { return add(options, fields, withoutPassword); }
+};
+
+struct Edit {
+  Options options;
+  std::string user;
+  UserFields fields;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, user);
+    addUserFields(verb, fields);
+    verb.footer(
+        "Fields that are not given stay as they are; an empty text empties a field.\n"
+        "Administrators, and only they, make and unmake administrators, themselves too; the last "
+        "one stays.");
+  }
+  [[nodiscard]] int run() const { return edit(options, user, fields); }
+};
+
+struct Delete {
+  Options options;
+  std::string user;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addKey(verb, user);
+    verb.footer(
+        "Actions and the approvals of revisions keep the user's ID. What a deleted user has to "
+        "approve\nothers can decide about with 'kvvesk revision approve --for ID'.\n"
+        "Where registers share their users, the user is gone from all of them.");
+  }
+  [[nodiscard]] int run() const { return remove(options, user); }
+};
 
 }  // namespace
 
-void addUser(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("user", "Show, add, change or delete one user");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addAdd(*verb, chosen);
-  addEdit(*verb, chosen);
-  addPasswd(*verb, chosen);
-  addDelete(*verb, chosen);
-}
+void userShow(Command& verb) { declare<Show>(verb); }
+void userAdd(Command& verb) { declare<Add>(verb); }
+void userEdit(Command& verb) { declare<Edit>(verb); }
+void userDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

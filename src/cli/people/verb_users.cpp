@@ -53,27 +53,28 @@ int list(const Options& options, const Listing& listing) {
   return kDone;
 }
 
+struct List {
+  Options options;
+  Listing listing;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--query", listing.query,
+            "The saved user query to list by, by number or name; everybody when left out");
+    verb.addOption("--sort", listing.sort,
+                   "The columns to sort by, parted by commas, each with asc or desc behind it")
+        ->showDefault();
+    verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
+        ->showDefault();
+    verb.footer(
+        "Columns: ID, UserID, UserName, Alias, Title, Email, User00 to User11.\n"
+        "Passwords are kept as hashes and are listed for nobody.");
+  }
+  [[nodiscard]] int run() const { return list(options, listing); }
+};
+
 }  // namespace
 
-void addUsers(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("users", "List users, all or those of a saved query");
-  const auto options = std::make_shared<Options>();
-  const auto listing = std::make_shared<Listing>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--query", listing->query,
-          "The saved user query to list by, by number or name; everybody when left out");
-  verb->addOption("--sort", listing->sort,
-                  "The columns to sort by, parted by commas, each with asc or desc behind it")
-      ->showDefault();
-  verb->addOption("--fields", listing->fields, "The columns to list, parted by commas; * for all")
-      ->showDefault();
-  verb->footer(
-      "Columns: ID, UserID, UserName, Alias, Title, Email, User00 to User11.\n"
-      "Passwords are kept as hashes and are listed for nobody.");
-  verb->callback([&chosen, options, listing] {
-    chosen = [options, listing] { return list(*options, *listing); };
-  });
-}
+void userList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

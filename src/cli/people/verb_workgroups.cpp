@@ -49,22 +49,24 @@ int list(const Options& options, const std::optional<std::string>& members) {
   return kDone;
 }
 
+struct List {
+  Options options;
+  std::optional<std::string> members;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "--members", members, "List the members of this workgroup, by number or title")
+        ->typeName("GROUP");
+    verb.footer(
+        "Who is in -1, Super Users, is an administrator; 0, View Only Users, is where new users "
+        "are.\nEvery register has these two. 'kvvesk user edit --workgroup' puts a user into "
+        "one.");
+  }
+  [[nodiscard]] int run() const { return list(options, members); }
+};
+
 }  // namespace
 
-void addWorkgroups(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("workgroups", "List the workgroups, or who is in one of them");
-  const auto options = std::make_shared<Options>();
-  const auto members = std::make_shared<std::optional<std::string>>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  addText(*verb, "--members", *members, "List the members of this workgroup, by number or title")
-      ->typeName("GROUP");
-  verb->footer(
-      "Who is in -1, Super Users, is an administrator; 0, View Only Users, is where new users "
-      "are.\nEvery register has these two. 'kvvesk user edit --workgroup' puts a user into one.");
-  verb->callback([&chosen, options, members] {
-    chosen = [options, members] { return list(*options, *members); };
-  });
-}
+void workgroupList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli

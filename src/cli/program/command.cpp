@@ -4,8 +4,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "cli/program/options.h"
-#include "cli/program/terminal.h"
+#include "cli/program/errors.h"
 #include "common/path.h"
 
 namespace kv::cli {
@@ -63,11 +62,13 @@ Argument* Argument::existingFolder() {
 
 bool Argument::given() const { return option_->count() > 0; }
 
-Command::Command(CLI::App& app) noexcept : app_(app) {}
+Command::Command(CLI::App& app, std::function<int()>& chosen) noexcept
+    : app_(app), chosen_(chosen) {}
 Command::~Command() = default;
 
 Command* Command::addSubcommand(const std::string& name, const std::string& help) {
-  return subcommands_.emplace_back(std::make_unique<Command>(*app_.add_subcommand(name, help)))
+  return subcommands_
+      .emplace_back(std::make_unique<Command>(*app_.add_subcommand(name, help), chosen_))
       .get();
 }
 
@@ -105,11 +106,15 @@ Argument* Command::addFlag(const std::string& name, std::function<void()> take,
   return keep(app_.add_flag_callback(name, std::move(take), help));
 }
 
-void Command::footer(const std::string& text) { app_.footer(text); }
+void Command::footer(const std::string& text) {
+  if (!text.empty()) app_.footer(text);
+}
 
 void Command::hide() { app_.group(""); }
 
-void Command::callback(std::function<void()> run) { app_.callback(std::move(run)); }
+void Command::onRun(std::function<int()> run) {
+  app_.callback([this, run = std::move(run)] { chosen_ = run; });
+}
 
 namespace {
 
@@ -166,7 +171,7 @@ namespace {
 
 CommandLine::CommandLine(const std::string& name, const std::string& description,
                          const std::string& version)
-    : app_(std::make_unique<CLI::App>(description, name)), command_(*app_) {
+    : app_(std::make_unique<CLI::App>(description, name)), command_(*app_, chosen_) {
   app_->allow_windows_style_options(false);  // one command line everywhere; "/..." is a path
   app_->set_version_flag("--version", name + " " + version);
 }

@@ -50,7 +50,8 @@ class Argument {
 // must live until then. What the adders return lives as long as the command.
 class Command {
  public:
-  explicit Command(CLI::App& app) noexcept;
+  // `chosen` becomes what the verb does that was chosen.
+  Command(CLI::App& app, std::function<int()>& chosen) noexcept;
   ~Command();
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
@@ -69,12 +70,12 @@ class Command {
                       const std::string& help);
   Argument* addFlag(const std::string& name, bool& value, const std::string& help);
   Argument* addFlag(const std::string& name, std::function<void()> take, const std::string& help);
-  // Stands below the options in the help text.
+  // Stands below the options in the help text; that of the program does where there is none.
   void footer(const std::string& text);
   // Help does not list it.
   void hide();
-  // Called once this verb was chosen and its words were taken.
-  void callback(std::function<void()> run);
+  // What this verb does when it was chosen and its words were taken; how the program ends then.
+  void onRun(std::function<int()> run);
   // What has been added so far.
   [[nodiscard]] CommandOutline outline() const;
 
@@ -82,6 +83,7 @@ class Command {
   Argument* keep(CLI::Option* option);
 
   CLI::App& app_;
+  std::function<int()>& chosen_;
   std::vector<std::unique_ptr<Command>> subcommands_;
   std::vector<std::unique_ptr<Argument>> arguments_;
 };
@@ -100,9 +102,12 @@ class CommandLine {
   // True when a verb was chosen and is to run. Otherwise help was asked for and is printed, or the
   // words make no sense and why is printed; `status` is then how the program ends.
   [[nodiscard]] bool parse(const std::vector<const char*>& words, int& status);
+  // Runs the verb that was chosen.
+  [[nodiscard]] int run() const { return chosen_(); }
 
  private:
   std::unique_ptr<CLI::App> app_;
+  std::function<int()> chosen_;
   Command command_;
 };
 

@@ -2,21 +2,7 @@
 
 namespace kv::cli {
 
-void addCommon(Command& verb, Options& options) {
-  verb.addOption("register", options.registerPath,
-                 "The register: a file's path, or postgresql://user@host:port/database")
-      ->required();
-  verb.addOption("-u,--user", options.user,
-                 "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
-      ->required();
-  verb.addOption("--trace", options.trace,
-                 "Append every statement that runs to this file, one per line");
-}
-
-void addJson(Command& verb, Options& options, const std::string& help) {
-  verb.addFlag(
-      "--json", [&options] { options.format = Format::Json; }, help);
-}
+namespace {
 
 void addFormats(Command& verb, Options& options, bool lines) {
   const auto format = [&](const char* name, const char* help, Format value) {
@@ -34,6 +20,25 @@ void addFormats(Command& verb, Options& options, bool lines) {
                        Format::JsonLines);
   jsonl->excludes(csv);
   jsonl->excludes(json);
+}
+
+}  // namespace
+
+void addCommon(Command& verb, Options& options, Formats formats) {
+  verb.addOption("register", options.registerPath,
+                 "The register: a file's path, or postgresql://user@host:port/database")
+      ->required();
+  verb.addOption("-u,--user", options.user,
+                 "Who logs in; the password comes from KVVESK_PASSWORD or is asked for")
+      ->required();
+  verb.addOption("--trace", options.trace,
+                 "Append every statement that runs to this file, one per line");
+  if (formats != Formats::None) addFormats(verb, options, formats == Formats::Lines);
+}
+
+void addJson(Command& verb, Options& options, const std::string& help) {
+  verb.addFlag(
+      "--json", [&options] { options.format = Format::Json; }, help);
 }
 
 }  // namespace kv::cli

@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "cli/program/terminal.h"
+#include "cli/program/program.h"
 #include "cli/program/verbs.h"
 
 namespace kv::cli {
@@ -55,23 +55,24 @@ complete -o default -F _kvvesk kvvesk
 )";
 }
 
+struct Completion {
+  std::string shell;
+
+  void describe(Command& verb) {
+    verb.addOption("shell", shell, "The shell: bash")->required()->typeName("SHELL");
+    verb.footer(
+        "To have it in this shell: source <(kvvesk completion bash)\n"
+        "Where kvvesk was installed with 'cmake --install', bash finds it by itself.");
+  }
+  [[nodiscard]] int run() const {
+    if (shell != "bash") throw UsageError("there is completion for bash, not for '" + shell + "'");
+    writeForBash(std::cout, programOutline());
+    return kDone;
+  }
+};
+
 }  // namespace
 
-void addCompletion(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("completion", "Print what completes kvvesk in a shell");
-  const auto shell = std::make_shared<std::string>();
-  verb->addOption("shell", *shell, "The shell: bash")->required()->typeName("SHELL");
-  verb->footer(
-      "To have it in this shell: source <(kvvesk completion bash)\n"
-      "Where kvvesk was installed with 'cmake --install', bash finds it by itself.");
-  verb->callback([&app, &chosen, shell] {
-    if (*shell != "bash")
-      throw UsageError("there is completion for bash, not for '" + *shell + "'");
-    chosen = [&app] {
-      writeForBash(std::cout, app.outline());
-      return kDone;
-    };
-  });
-}
+void programCompletion(Command& verb) { declare<Completion>(verb); }
 
 }  // namespace kv::cli

@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "cli/program/program.h"
 #include "cli/program/verbs.h"
 #include "session/version.h"
 
@@ -128,17 +129,17 @@ void writePage(std::ostream& out, const CommandOutline& program) {
          "one; asked for likewise.\n";
 }
 
+struct ManualPage {
+  // For who builds and installs the program.
+  static void describe(Command& verb) { verb.hide(); }
+  [[nodiscard]] static int run() {
+    writePage(std::cout, programOutline());
+    return kDone;
+  }
+};
+
 }  // namespace
 
-void addManpage(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("manpage", "Print the manual page");
-  verb->hide();  // for who builds and installs the program
-  verb->callback([&app, &chosen] {
-    chosen = [&app] {
-      writePage(std::cout, app.outline());
-      return kDone;
-    };
-  });
-}
+void programManualPage(Command& verb) { declare<ManualPage>(verb); }
 
 }  // namespace kv::cli

@@ -6,15 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "cli/program/errors.h"
 #include "common/ref.h"
 #include "session/vesk.h"
 
 namespace kv::cli {
-
-// How the program ends.
-inline constexpr int kDone = 0;
-inline constexpr int kRefused = 1;  // the register said no
-inline constexpr int kUsage = 2;    // the command line makes no sense
 
 enum class Format { Table, Csv, Json, JsonLines };
 

@@ -5,20 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "cli/program/errors.h"
 #include "common/ref.h"
 #include "kvdata/connection.h"
 
 namespace kv::cli {
-
-// A command line that cannot be carried out as written; the program ends with kUsage.
-class UsageError : public std::exception {
- public:
-  explicit UsageError(std::string message) : message_(std::move(message)) {}
-  [[nodiscard]] const char* what() const noexcept override { return message_.c_str(); }
-
- private:
-  std::string message_;
-};
 
 // The password in an environment variable, else asked for at the terminal without showing it.
 // Raises UsageError where there is neither.

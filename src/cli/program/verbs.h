@@ -1,56 +1,121 @@
-// The program's verbs. Each adds itself to the command line and, when chosen, runs and returns how
-// the program ends.
+// How a verb is declared, and all that are. A verb is a structure of the words it takes, which its
+// options and positional words are written to, and which carries itself out:
+//
+//   struct Show {
+//     Options options;
+//     std::string document;
+//
+//     void describe(Command& verb) {
+//       addCommon(verb, options);
+//       addKey(verb, document);
+//     }
+//     [[nodiscard]] int run() const { return show(options, document); }
+//   };
+//
+// The function that the table of verbs names declares it: declare<Show>(verb).
 #pragma once
 
-#include <functional>
-#include "cli/program/command.h"
+#include <memory>
+#include <string>
+#include <utility>
 
+#include "cli/program/command.h"
 #include "cli/program/options.h"
 
 namespace kv::cli {
 
-// Set by the verb that was chosen.
-using Action = std::function<int()>;
+// What answers may be written as besides tables: CSV and JSON; a JSON object per line as well.
+enum class Formats : std::uint8_t { None, Rows, Lines };
 
-void addNew(Command& app, Action& chosen);
-void addPasswd(Command& app, Action& chosen);
-void addConfig(Command& app, Action& chosen);
-void addImport(Command& app, Action& chosen);
-void addExport(Command& app, Action& chosen);
-void addCopy(Command& app, Action& chosen);
-void addSql(Command& app, Action& chosen);
-void addDocuments(Command& app, Action& chosen);
-void addDocument(Command& app, Action& chosen);
-void addRevisions(Command& app, Action& chosen);
-void addRevision(Command& app, Action& chosen);
-void addWorkgroups(Command& app, Action& chosen);
-void addKeywords(Command& app, Action& chosen);
-void addLabels(Command& app, Action& chosen);
-void addRights(Command& app, Action& chosen);
-void addUsers(Command& app, Action& chosen);
-void addUser(Command& app, Action& chosen);
-void addManuals(Command& app, Action& chosen);
-void addManual(Command& app, Action& chosen);
-void addRelease(Command& app, Action& chosen);
-void addCollect(Command& app, Action& chosen);
-void addPersonal(Command& app, Action& chosen);
-void addActions(Command& app, Action& chosen);
-void addAction(Command& app, Action& chosen);
-void addHoldings(Command& app, Action& chosen);
-void addReleases(Command& app, Action& chosen);
-void addStale(Command& app, Action& chosen);
-void addOwners(Command& app, Action& chosen);
-void addApprovers(Command& app, Action& chosen);
-void addQueries(Command& app, Action& chosen);
-// These two tell what the app has when they run, whatever is added after them.
-void addCompletion(Command& app, Action& chosen);
-void addManpage(Command& app, Action& chosen);
-
-// REGISTER, --user and --trace, which every verb has.
-void addCommon(Command& verb, Options& options);
+// REGISTER, --user and --trace, which every verb has, and the options for these formats.
+void addCommon(Command& verb, Options& options, Formats formats = Formats::Rows);
 // --json alone, for verbs that answer with more than one result.
 void addJson(Command& verb, Options& options, const std::string& help);
-// --csv, --json and, where it makes sense, --jsonl.
-void addFormats(Command& verb, Options& options, bool lines);
+
+// Makes a verb of a structure, which lives as long as the command. `given` are its first members.
+template <class Words, class... Given>
+void declare(Command& verb, Given&&... given) {
+  const auto words = std::make_shared<Words>(Words{std::forward<Given>(given)...});
+  words->describe(verb);
+  verb.onRun([words] { return words->run(); });
+}
+
+void registerNew(Command& verb);
+void registerConfig(Command& verb);
+void registerImport(Command& verb);
+void registerExport(Command& verb);
+void registerCopy(Command& verb);
+void registerSql(Command& verb);
+void keywordShow(Command& verb);
+void keywordAdd(Command& verb);
+void keywordDelete(Command& verb);
+void labelShow(Command& verb);
+void labelSet(Command& verb);
+
+void documentList(Command& verb);
+void documentShow(Command& verb);
+void documentAdd(Command& verb);
+void documentEdit(Command& verb);
+void documentDelete(Command& verb);
+
+void revisionList(Command& verb);
+void revisionShow(Command& verb);
+void revisionAdd(Command& verb);
+void revisionEdit(Command& verb);
+void revisionStatus(Command& verb);
+void revisionRoute(Command& verb);
+void revisionApprove(Command& verb);
+void revisionReject(Command& verb);
+void revisionSetCurrent(Command& verb);
+void revisionDelete(Command& verb);
+
+void manualList(Command& verb);
+void manualShow(Command& verb);
+void manualAdd(Command& verb);
+void manualEdit(Command& verb);
+void manualDelete(Command& verb);
+void manualContents(Command& verb);
+void manualCopies(Command& verb);
+void manualPut(Command& verb);
+void manualTake(Command& verb);
+void manualMove(Command& verb);
+
+void copyRelease(Command& verb);
+void copyCollect(Command& verb);
+void copyHoldings(Command& verb);
+void copyReleases(Command& verb);
+void copyStale(Command& verb);
+void personalAdd(Command& verb);
+void personalRemove(Command& verb);
+
+void ownerShow(Command& verb);
+void ownerAdd(Command& verb);
+void ownerRemove(Command& verb);
+void approverShow(Command& verb);
+void approverAdd(Command& verb);
+void approverRemove(Command& verb);
+void approverMove(Command& verb);
+void actionList(Command& verb);
+void actionComplete(Command& verb);
+void actionClose(Command& verb);
+void userList(Command& verb);
+void userShow(Command& verb);
+void userAdd(Command& verb);
+void userEdit(Command& verb);
+void userPassword(Command& verb);
+void userDelete(Command& verb);
+void workgroupList(Command& verb);
+void rightsShow(Command& verb);
+void rightsEdit(Command& verb);
+
+void queryList(Command& verb);
+void queryShow(Command& verb);
+void queryAdd(Command& verb);
+void querySet(Command& verb);
+void queryEdit(Command& verb);
+void queryDelete(Command& verb);
+
+void programCompletion(Command& verb);
+void programManualPage(Command& verb);
 
 }  // namespace kv::cli

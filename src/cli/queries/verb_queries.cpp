@@ -174,99 +174,84 @@ void addKey(Command& verb, std::string& query) {
   verb.addOption("query", query, "The query, by number or name")->required();
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "Show all saved queries, or one, with their conditions");
-  const auto options = std::make_shared<Options>();
-  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
-  const auto query = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addOf(*sub, *kind);
-  addText(*sub, "query", *query, "The query, by number or name; all of them when left out");
-  sub->callback([&chosen, options, kind, query] {
-    chosen = [options, kind, query] { return show(*options, *kind, *query); };
-  });
-}
+struct Show {
+  Options options;
+  QueryKind kind = kDocumentQueries;
+  std::optional<std::string> query;
 
-void addList(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("list", "List all saved queries with their conditions");
-  const auto options = std::make_shared<Options>();
-  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addOf(*sub, *kind);
-  sub->callback([&chosen, options, kind] {
-    chosen = [options, kind] { return show(*options, *kind, std::nullopt); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addOf(verb, kind);
+    addText(verb, "query", query, "The query, by number or name; all of them when left out");
+  }
+  [[nodiscard]] int run() const { return show(options, kind, query); }
+};
 
-void addSave(Command& verb, Action& chosen, const char* word, const char* help, bool replace) {
-  auto* sub = verb.addSubcommand(word, help);
-  const auto options = std::make_shared<Options>();
-  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
-  const auto name = std::make_shared<std::string>();
-  const auto criteria = std::make_shared<QueryCriteria>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addOf(*sub, *kind);
-  sub->addOption("name", *name, "The name it is listed by")->required();
-  addCriteria(*sub, *criteria);
-  sub->callback([&chosen, options, kind, name, criteria, replace] {
-    chosen = [options, kind, name, criteria, replace] {
-      return save(*options, *kind, *name, *criteria, replace);
-    };
-  });
-}
+struct List {
+  Options options;
+  QueryKind kind = kDocumentQueries;
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change the name or criteria of a saved query");
-  const auto options = std::make_shared<Options>();
-  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
-  const auto query = std::make_shared<std::string>();
-  const auto name = std::make_shared<std::optional<std::string>>();
-  const auto criteria = std::make_shared<QueryCriteria>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addOf(*sub, *kind);
-  addKey(*sub, *query);
-  addText(*sub, "--name", *name, "The new name");
-  addCriteria(*sub, *criteria);
-  addDropping(*sub, *criteria);
-  sub->callback([&chosen, options, kind, query, name, criteria] {
-    chosen = [options, kind, query, name, criteria] {
-      return edit(*options, *kind, *query, *name, *criteria);
-    };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addOf(verb, kind);
+  }
+  [[nodiscard]] int run() const { return show(options, kind, std::nullopt); }
+};
 
-void addDelete(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("delete", "Delete a saved query");
-  const auto options = std::make_shared<Options>();
-  const auto kind = std::make_shared<QueryKind>(kDocumentQueries);
-  const auto query = std::make_shared<std::string>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addOf(*sub, *kind);
-  addKey(*sub, *query);
-  sub->callback([&chosen, options, kind, query] {
-    chosen = [options, kind, query] { return remove(*options, *kind, *query); };
-  });
-}
+struct Save {
+  bool replace;
+  Options options = {};
+  QueryKind kind = kDocumentQueries;
+  std::string name = {};
+  QueryCriteria criteria = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addOf(verb, kind);
+    verb.addOption("name", name, "The name it is listed by")->required();
+    addCriteria(verb, criteria);
+  }
+  [[nodiscard]] int run() const { return save(options, kind, name, criteria, replace); }
+};
+
+struct Edit {
+  Options options;
+  QueryKind kind = kDocumentQueries;
+  std::string query;
+  std::optional<std::string> name;
+  QueryCriteria criteria;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addOf(verb, kind);
+    addKey(verb, query);
+    addText(verb, "--name", name, "The new name");
+    addCriteria(verb, criteria);
+    addDropping(verb, criteria);
+  }
+  [[nodiscard]] int run() const { return edit(options, kind, query, name, criteria); }
+};
+
+struct Delete {
+  Options options;
+  QueryKind kind = kDocumentQueries;
+  std::string query;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addOf(verb, kind);
+    addKey(verb, query);
+  }
+  [[nodiscard]] int run() const { return remove(options, kind, query); }
+};
 
 }  // namespace
 
-void addQueries(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "queries",
-      "Show, add, change or delete the saved queries that documents, manuals and users are listed "
-      "by");
-  verb->requireSubcommand();
-  addList(*verb, chosen);
-  addShow(*verb, chosen);
-  addSave(*verb, chosen, "add", "Save a new query", false);
-  addSave(*verb, chosen, "set", "Save a query, whether there is one of that name or not", true);
-  addEdit(*verb, chosen);
-  addDelete(*verb, chosen);
-}
+void queryList(Command& verb) { declare<List>(verb); }
+void queryShow(Command& verb) { declare<Show>(verb); }
+void queryAdd(Command& verb) { declare<Save>(verb, false); }
+void querySet(Command& verb) { declare<Save>(verb, true); }
+void queryEdit(Command& verb) { declare<Edit>(verb); }
+void queryDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

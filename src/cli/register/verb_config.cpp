@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/answers/output.h"
+#include "cli/program/given_options.h"
 #include "cli/program/verbs.h"
 #include "cli/register/users_file.h"
 #include "common/convert.h"
@@ -64,24 +65,22 @@ int config(const Options& options, const std::string& key, const std::string* va
   return kDone;
 }
 
+struct Setting {
+  Options options;
+  std::string key;
+  std::optional<std::string> value;
+
+  void describe(Command& verb) {
+    options.ownUsersDo = true;
+    addCommon(verb, options);
+    verb.addOption("key", key, "The value to show or set; all of them when left out");
+    addText(verb, "value", value, "The new value; empty for none");
+  }
+  [[nodiscard]] int run() const { return config(options, key, value ? &*value : nullptr); }
+};
+
 }  // namespace
 
-void addConfig(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("config", "Show configuration values, or set one");
-  const auto options = std::make_shared<Options>();
-  options->ownUsersDo = true;
-  const auto key = std::make_shared<std::string>();
-  const auto value = std::make_shared<std::string>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  verb->addOption("key", *key, "The value to show or set; all of them when left out");
-  auto* given = verb->addOption("value", *value, "The new value; empty for none");
-  verb->callback([&chosen, options, key, value, given] {
-    const bool set = given->given();
-    chosen = [options, key, value, set] {
-      return config(*options, *key, set ? value.get() : nullptr);
-    };
-  });
-}
+void registerConfig(Command& verb) { declare<Setting>(verb); }
 
 }  // namespace kv::cli

@@ -38,25 +38,24 @@ int copy(const Options& options, const std::string& to, bool users) {
   return kDone;
 }
 
+struct Copy {
+  Options options;
+  std::string to;
+  bool users = false;
+
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    verb.addOption("to", to, "Where to: a path, or postgresql://... of an empty database")
+        ->required();
+    verb.addFlag("--users", users,
+                 "Only the users, their actions and saved queries, for registers to share: then "
+                 "set UserDBLocation");
+  }
+  [[nodiscard]] int run() const { return copy(options, to, users); }
+};
+
 }  // namespace
 
-void addCopy(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "copy",
-      "Copy a register to a new place: from a file to a server, back, or to another file; all of "
-      "it or nothing; for administrators");
-  const auto options = std::make_shared<Options>();
-  const auto to = std::make_shared<std::string>();
-  const auto users = std::make_shared<bool>(false);
-  addCommon(*verb, *options);
-  verb->addOption("to", *to, "Where to: a path, or postgresql://... of an empty database")
-      ->required();
-  verb->addFlag("--users", *users,
-                "Only the users, their actions and saved queries, for registers to share: then set "
-                "UserDBLocation");
-  verb->callback([&chosen, options, to, users] {
-    chosen = [options, to, users] { return copy(*options, *to, *users); };
-  });
-}
+void registerCopy(Command& verb) { declare<Copy>(verb); }
 
 }  // namespace kv::cli

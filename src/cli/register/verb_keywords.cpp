@@ -60,7 +60,8 @@ int show(const Options& options, const std::optional<std::string>& field) {
   return kDone;
 }
 
-int add(const Options& options, Entry entry) {
+int add(const Options& options, const Entry& given) {
+  Entry entry = given;
   if (trimmed(entry.keyword).empty()) throw UsageError("an empty text is no keyword");
   const Session session(options);
   session.requireRight(urAddKeywordsToValidatedFields);
@@ -94,43 +95,37 @@ int remove(const Options& options, const Entry& entry) {
   return kDone;
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "List the keywords of one field, or of all");
-  const auto options = std::make_shared<Options>();
-  const auto field = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addText(*sub, "field", *field, "The field; all of them when left out")->typeName("FIELD");
-  sub->callback(
-      [&chosen, options, field] { chosen = [options, field] { return show(*options, *field); }; });
-}
+struct Show {
+  Options options;
+  std::optional<std::string> field;
 
-template <class Change>
-void addChange(Command& verb, Action& chosen, const char* name, const char* help, Change run) {
-  auto* sub = verb.addSubcommand(name, help);
-  const auto options = std::make_shared<Options>();
-  const auto entry = std::make_shared<Entry>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->addOption("field", entry->field,
-                 "The field, such as DocUser2, as the record's own column is called")
-      ->required()
-      ->typeName("FIELD");
-  sub->addOption("keyword", entry->keyword, "The keyword; case does not matter")->required();
-  sub->callback([&chosen, options, entry, run] {
-    chosen = [options, entry, run] { return run(*options, *entry); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addText(verb, "field", field, "The field; all of them when left out")->typeName("FIELD");
+  }
+  [[nodiscard]] int run() const { return show(options, field); }
+};
+
+struct Change {
+  int (*make)(const Options&, const Entry&);
+  Options options = {};
+  Entry entry = {};
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("field", entry.field,
+                   "The field, such as DocUser2, as the record's own column is called")
+        ->required()
+        ->typeName("FIELD");
+    verb.addOption("keyword", entry.keyword, "The keyword; case does not matter")->required();
+  }
+  [[nodiscard]] int run() const { return make(options, entry); }
+};
 
 }  // namespace
 
-void addKeywords(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("keywords",
-                                 "List, add or delete the values that validated fields may have");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addChange(*verb, chosen, "add", "Add a keyword to a field", add);
-  addChange(*verb, chosen, "delete", "Delete a keyword; records that have it keep it", remove);
-}
+void keywordShow(Command& verb) { declare<Show>(verb); }
+void keywordAdd(Command& verb) { declare<Change>(verb, add); }
+void keywordDelete(Command& verb) { declare<Change>(verb, remove); }
 
 }  // namespace kv::cli

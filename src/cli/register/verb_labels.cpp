@@ -106,39 +106,36 @@ int set(const Options& options, const Labelling& given) {
   return kDone;
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "List the fields and their labels");
-  const auto options = std::make_shared<Options>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->footer("Type is told of the fields User00 to User11, whose type each register chooses.");
-  sub->callback([&chosen, options] { chosen = [options] { return show(*options); }; });
-}
+struct Show {
+  Options options;
 
-void addSet(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("set", "Give a field another label");
-  const auto options = std::make_shared<Options>();
-  const auto given = std::make_shared<Labelling>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->addOption("of", given->of, "Whose field: of documents, revisions, manuals or users")
-      ->required()
-      ->typeName("KIND");
-  sub->addOption("field", given->field, "The field, as 'kvvesk labels show' lists it")
-      ->required()
-      ->typeName("FIELD");
-  sub->addOption("label", given->label, "The label; an empty text for none")->required();
-  sub->callback(
-      [&chosen, options, given] { chosen = [options, given] { return set(*options, *given); }; });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.footer("Type is told of the fields User00 to User11, whose type each register chooses.");
+  }
+  [[nodiscard]] int run() const { return show(options); }
+};
+
+struct Set {
+  Options options;
+  Labelling given;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("of", given.of, "Whose field: of documents, revisions, manuals or users")
+        ->required()
+        ->typeName("KIND");
+    verb.addOption("field", given.field, "The field, as 'kvvesk labels show' lists it")
+        ->required()
+        ->typeName("FIELD");
+    verb.addOption("label", given.label, "The label; an empty text for none")->required();
+  }
+  [[nodiscard]] int run() const { return set(options, given); }
+};
 
 }  // namespace
 
-void addLabels(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("labels", "Show or change what the register calls its fields");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addSet(*verb, chosen);
-}
+void labelShow(Command& verb) { declare<Show>(verb); }
+void labelSet(Command& verb) { declare<Set>(verb); }
 
 }  // namespace kv::cli

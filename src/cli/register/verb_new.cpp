@@ -107,30 +107,31 @@ int create(const Options& options, const std::string& usersPlace) {
   return kDone;
 }
 
+struct New {
+  Options options;
+  std::string users;
+
+  void describe(Command& verb) {
+    auto* path =
+        verb.addOption("register", options.registerPath, "The file to make; it must not exist");
+    auto* user = verb.addOption(
+        "-u,--user", options.user,
+        "Name of the administrator; the password comes from KVVESK_PASSWORD or is asked for");
+    path->needs(user);
+    user->needs(path);
+    verb.addOption("--users", users,
+                   "Keep users and actions in this file, which several registers may share. "
+                   "Without a register to make: make this file");
+  }
+  [[nodiscard]] int run() const {
+    if (!options.registerPath.empty()) return create(options, users);
+    if (users.empty()) throw UsageError("register or --users is required");
+    return createUsers(users);
+  }
+};
+
 }  // namespace
 
-void addNew(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand(
-      "new", "Make an empty register with an administrator, or a database of users and actions");
-  const auto options = std::make_shared<Options>();
-  const auto users = std::make_shared<std::string>();
-  auto* path =
-      verb->addOption("register", options->registerPath, "The file to make; it must not exist");
-  auto* user = verb->addOption(
-      "-u,--user", options->user,
-      "Name of the administrator; the password comes from KVVESK_PASSWORD or is asked for");
-  path->needs(user);
-  user->needs(path);
-  verb->addOption("--users", *users,
-                  "Keep users and actions in this file, which several registers may share. "
-                  "Without a register to make: make this file");
-  verb->callback([&chosen, options, users] {
-    if (options->registerPath.empty() && users->empty())
-      throw UsageError("register or --users is required");
-    chosen = [options, users] {
-      return options->registerPath.empty() ? createUsers(*users) : create(*options, *users);
-    };
-  });
-}
+void registerNew(Command& verb) { declare<New>(verb); }
 
 }  // namespace kv::cli

@@ -59,20 +59,21 @@ int runText(const Options& options, const std::string& text) {
   return ending;
 }
 
+struct Sql {
+  Options options;
+  std::string text;
+
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::Lines);
+    verb.addOption("text", text,
+                   "The statement, or - for statements from standard input, one per line")
+        ->required();
+  }
+  [[nodiscard]] int run() const { return runText(options, text); }
+};
+
 }  // namespace
 
-void addSql(Command& app, Action& chosen) {
-  auto* verb =
-      app.addSubcommand("sql", "Run a statement of the register's SQL dialect; for administrators");
-  const auto options = std::make_shared<Options>();
-  const auto text = std::make_shared<std::string>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, true);
-  verb->addOption("text", *text,
-                  "The statement, or - for statements from standard input, one per line")
-      ->required();
-  verb->callback(
-      [&chosen, options, text] { chosen = [options, text] { return runText(*options, *text); }; });
-}
+void registerSql(Command& verb) { declare<Sql>(verb); }
 
 }  // namespace kv::cli

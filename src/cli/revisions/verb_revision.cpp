@@ -8,7 +8,7 @@
 #include "cli/program/given_options.h"
 #include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
-#include "cli/revisions/revision_life.h"
+#include "cli/revisions/revision_key.h"
 #include "cli/revisions/revision_lookup.h"
 #include "common/convert.h"
 #include "common/error.h"
@@ -153,68 +153,61 @@ int remove(const Options& options, std::int32_t revision) {
   return kDone;
 }
 
-void addShow(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("show", "Show all fields of a revision");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addRevisionKey(*sub, *revision);
-  sub->callback([&chosen, options, revision] {
-    chosen = [options, revision] { return show(*options, *revision); };
-  });
-}
+struct Show {
+  Options options;
+  std::int32_t revision = 0;
 
-void addAdd(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("add", "Add a revision that is being prepared to a document");
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  const auto fields = std::make_shared<RevisionFields>();
-  const auto responsible = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  sub->addOption("document", *document, "The document, by identifier or number")->required();
-  addFields(*sub, *fields);
-  addText(*sub, "--responsible", *responsible,
-          "Who prepares it, by ID or name; whoever logs in when left out");
-  sub->callback([&chosen, options, document, fields, responsible] {
-    chosen = [options, document, fields, responsible] {
-      return add(*options, *document, *fields, *responsible);
-    };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addRevisionKey(verb, revision);
+  }
+  [[nodiscard]] int run() const { return show(options, revision); }
+};
 
-void addEdit(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("edit", "Change fields of a revision");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  const auto fields = std::make_shared<RevisionFields>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addRevisionKey(*sub, *revision);
-  addFields(*sub, *fields);
-  sub->footer(
-      "Fields that are not given stay as they are; an empty text empties a field.\n"
-      "A revision that has a location is saved only while there is a file; paths that do not "
-      "begin\n"
-      "at the root count from the current folder.");
-  sub->callback([&chosen, options, revision, fields] {
-    chosen = [options, revision, fields] { return edit(*options, *revision, *fields); };
-  });
-}
+struct Add {
+  Options options;
+  std::string document;
+  RevisionFields fields;
+  std::optional<std::string> responsible;
 
-void addDelete(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand(
-      "delete", "Delete a revision, not the file at its location; never the one in force");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  addCommon(*sub, *options);
-  addFormats(*sub, *options, false);
-  addRevisionKey(*sub, *revision);
-  sub->callback([&chosen, options, revision] {
-    chosen = [options, revision] { return remove(*options, *revision); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("document", document, "The document, by identifier or number")->required();
+    addFields(verb, fields);
+    addText(verb, "--responsible", responsible,
+            "Who prepares it, by ID or name; whoever logs in when left out");
+  }
+  [[nodiscard]] int run() const { return add(options, document, fields, responsible); }
+};
+
+struct Edit {
+  Options options;
+  std::int32_t revision = 0;
+  RevisionFields fields;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addRevisionKey(verb, revision);
+    addFields(verb, fields);
+    verb.footer(
+        "Fields that are not given stay as they are; an empty text empties a field.\n"
+        "A revision that has a location is saved only while there is a file; paths that do not "
+        "begin\n"
+        "at the root count from the current folder.");
+  }
+  [[nodiscard]] int run() const { return edit(options, revision, fields); }
+};
+
+struct Delete {
+  Options options;
+  std::int32_t revision = 0;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    addRevisionKey(verb, revision);
+  }
+  [[nodiscard]] int run() const { return remove(options, revision); }
+};
 
 }  // namespace
 
@@ -223,14 +216,9 @@ void addRevisionKey(Command& verb, std::int32_t& revision) {
       ->required();
 }
 
-void addRevision(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("revision", "Show, add, change, approve or delete one revision");
-  verb->requireSubcommand();
-  addShow(*verb, chosen);
-  addAdd(*verb, chosen);
-  addEdit(*verb, chosen);
-  addRevisionLife(*verb, chosen);
-  addDelete(*verb, chosen);
-}
+void revisionShow(Command& verb) { declare<Show>(verb); }
+void revisionAdd(Command& verb) { declare<Add>(verb); }
+void revisionEdit(Command& verb) { declare<Edit>(verb); }
+void revisionDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

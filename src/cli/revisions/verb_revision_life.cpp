@@ -5,8 +5,9 @@
 #include "cli/people/sent_actions.h"
 #include "cli/program/client_transaction.h"
 #include "cli/program/given_options.h"
+#include "cli/program/verbs.h"
 #include "cli/revisions/revision_decision.h"
-#include "cli/revisions/revision_life.h"
+#include "cli/revisions/revision_key.h"
 #include "cli/revisions/revision_lookup.h"
 #include "cli/revisions/revision_standing.h"
 #include "common/convert.h"
@@ -192,95 +193,85 @@ constexpr const char* kStepJson =
     "JSON: columns and rows of where the revision stands, and under \"actions\" those of what was "
     "sent";
 
-void addRoute(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("route", "Ask the approvers of the document for their approval");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  const auto again = std::make_shared<bool>(false);
-  addCommon(*sub, *options);
-  addJson(*sub, *options, kStepJson);
-  addRevisionKey(*sub, *revision);
-  sub->addFlag("--again", *again,
-               "Also while it is awaiting approval or is approved: all approvers decide anew");
-  sub->footer(
-      "The first time, the document's approvers become those of the revision, in their order; "
-      "later "
-      "changes\nof the document's list do not reach it. The first approver is told. A revision of "
-      "a "
-      "document without\napprovers is approved at once.");
-  sub->callback([&chosen, options, revision, again] {
-    chosen = [options, revision, again] { return route(*options, *revision, *again); };
-  });
-}
+struct Route {
+  Options options;
+  std::int32_t revision = 0;
+  bool again = false;
 
-void addDecision(Command& verb, Action& chosen, Decision decision) {
-  const bool approve = decision == Decision::Approve;
-  auto* sub = approve ? verb.addSubcommand("approve", "Approve a revision when it is your turn")
-                      : verb.addSubcommand("reject", "Reject a revision when it is your turn");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  const auto user = std::make_shared<std::optional<std::string>>();
-  const auto notes = std::make_shared<std::optional<std::string>>();
-  addCommon(*sub, *options);
-  addJson(*sub, *options, kStepJson);
-  addRevisionKey(*sub, *revision);
-  addText(*sub, "--for", *user, "The approver in whose place to decide, by ID or name")
-      ->typeName("USER");
-  addText(*sub, "--notes", *notes, "The approver's remark");
-  sub->footer(approve
-                  ? "The next approver is told, if the register's options say so. When all have "
-                    "approved, the revision is\napproved; 'kvvesk revision set-current' puts it "
-                    "in force."
-                  : "The responsible user is told, if the register's options say so. 'kvvesk "
-                    "revision route' asks the\napprovers once more.");
-  sub->callback([&chosen, options, revision, decision, user, notes] {
-    chosen = [options, revision, decision, user, notes] {
-      return decide(*options, *revision, decision, *user, *notes);
-    };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    addJson(verb, options, kStepJson);
+    addRevisionKey(verb, revision);
+    verb.addFlag("--again", again,
+                 "Also while it is awaiting approval or is approved: all approvers decide anew");
+    verb.footer(
+        "The first time, the document's approvers become those of the revision, in their order; "
+        "later changes\nof the document's list do not reach it. The first approver is told. A "
+        "revision of a document without\napprovers is approved at once.");
+  }
+  [[nodiscard]] int run() const { return route(options, revision, again); }
+};
 
-void addSetCurrent(Command& verb, Action& chosen) {
-  auto* sub =
-      verb.addSubcommand("set-current", "Put a revision in force; the one before goes out of date");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  addCommon(*sub, *options);
-  addJson(*sub, *options, kStepJson);
-  addRevisionKey(*sub, *revision);
-  sub->footer(
-      "It has to be approved, or to have been in force before; where the document has no "
-      "approvers, "
-      "it may\ncome straight from its preparation. Holders of copies are told, if the register's "
-      "options say so.");
-  sub->callback([&chosen, options, revision] {
-    chosen = [options, revision] { return setCurrent(*options, *revision); };
-  });
-}
+struct Decide {
+  Decision decision;
+  Options options = {};
+  std::int32_t revision = 0;
+  std::optional<std::string> user = {};
+  std::optional<std::string> notes = {};
 
-void addStatus(Command& verb, Action& chosen) {
-  auto* sub = verb.addSubcommand("status", "Say where a revision stands, and who has decided what");
-  const auto options = std::make_shared<Options>();
-  const auto revision = std::make_shared<std::int32_t>();
-  addCommon(*sub, *options);
-  addJson(
-      *sub, *options,
-      "JSON: columns and rows of where the revision stands, and under \"approvals\" those of its "
-      "approvers");
-  addRevisionKey(*sub, *revision);
-  sub->callback([&chosen, options, revision] {
-    chosen = [options, revision] { return status(*options, *revision); };
-  });
-}
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    addJson(verb, options, kStepJson);
+    addRevisionKey(verb, revision);
+    addText(verb, "--for", user, "The approver in whose place to decide, by ID or name")
+        ->typeName("USER");
+    addText(verb, "--notes", notes, "The approver's remark");
+    verb.footer(decision == Decision::Approve
+                    ? "The next approver is told, if the register's options say so. When all have "
+                      "approved, the revision is\napproved; 'kvvesk revision set-current' puts it "
+                      "in force."
+                    : "The responsible user is told, if the register's options say so. 'kvvesk "
+                      "revision route' asks the\napprovers once more.");
+  }
+  [[nodiscard]] int run() const { return decide(options, revision, decision, user, notes); }
+};
+
+struct SetCurrent {
+  Options options;
+  std::int32_t revision = 0;
+
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    addJson(verb, options, kStepJson);
+    addRevisionKey(verb, revision);
+    verb.footer(
+        "It has to be approved, or to have been in force before; where the document has no "
+        "approvers, it may\ncome straight from its preparation. Holders of copies are told, if "
+        "the register's options say so.");
+  }
+  [[nodiscard]] int run() const { return setCurrent(options, revision); }
+};
+
+struct Status {
+  Options options;
+  std::int32_t revision = 0;
+
+  void describe(Command& verb) {
+    addCommon(verb, options, Formats::None);
+    addJson(verb, options,
+            "JSON: columns and rows of where the revision stands, and under \"approvals\" those "
+            "of its approvers");
+    addRevisionKey(verb, revision);
+  }
+  [[nodiscard]] int run() const { return status(options, revision); }
+};
 
 }  // namespace
 
-void addRevisionLife(Command& verb, Action& chosen) {
-  addStatus(verb, chosen);
-  addRoute(verb, chosen);
-  addDecision(verb, chosen, Decision::Approve);
-  addDecision(verb, chosen, Decision::Reject);
-  addSetCurrent(verb, chosen);
-}
+void revisionStatus(Command& verb) { declare<Status>(verb); }
+void revisionRoute(Command& verb) { declare<Route>(verb); }
+void revisionApprove(Command& verb) { declare<Decide>(verb, Decision::Approve); }
+void revisionReject(Command& verb) { declare<Decide>(verb, Decision::Reject); }
+void revisionSetCurrent(Command& verb) { declare<SetCurrent>(verb); }
 
 }  // namespace kv::cli

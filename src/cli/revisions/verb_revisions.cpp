@@ -39,18 +39,19 @@ int list(const Options& options, const std::string& document) {
   return kDone;
 }
 
+struct List {
+  Options options;
+  std::string document;
+
+  void describe(Command& verb) {
+    addCommon(verb, options);
+    verb.addOption("document", document, "The document, by identifier or number")->required();
+  }
+  [[nodiscard]] int run() const { return list(options, document); }
+};
+
 }  // namespace
 
-void addRevisions(Command& app, Action& chosen) {
-  auto* verb = app.addSubcommand("revisions", "List the revisions of a document");
-  const auto options = std::make_shared<Options>();
-  const auto document = std::make_shared<std::string>();
-  addCommon(*verb, *options);
-  addFormats(*verb, *options, false);
-  verb->addOption("document", *document, "The document, by identifier or number")->required();
-  verb->callback([&chosen, options, document] {
-    chosen = [options, document] { return list(*options, *document); };
-  });
-}
+void revisionList(Command& verb) { declare<List>(verb); }
 
 }  // namespace kv::cli
