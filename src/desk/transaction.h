@@ -13,8 +13,7 @@ class Transaction {
  public:
   // On a file it takes the write lock: what is tested from now on still holds when it is written.
   // On a server only the rows that are locked do.
-  explicit Transaction(const Session& session)
-      : connection_(session->DataServer()->Connection()) {
+  explicit Transaction(const Session& session) : connection_(session->DataServer()->Connection()) {
     connection_->BeginTrans();
   }
   ~Transaction() {

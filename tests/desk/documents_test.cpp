@@ -96,8 +96,9 @@ TEST_F(DeskDocuments, OneIsDeletedWithWhatBelongsToIt) {
                [&] { desk::deleteDocument(as("Bert"), "D1"); });
   EXPECT_EQ(desk::deleteDocument(as("Bert", {urdeletedocument}), "P-1"), "D1");
   for (const char* table : {"Documents", "Revisions", "ManualContents"})
-    EXPECT_EQ(reg_.rows(std::string("Select DocumentID From ") + table + " Where DocumentID = 'D1'"),
-              Rows{})
+    EXPECT_EQ(
+        reg_.rows(std::string("Select DocumentID From ") + table + " Where DocumentID = 'D1'"),
+        Rows{})
         << table;
   const auto anna = as("Anna");
   expectRefused(5, "There is no document 'D1'.", [&] { desk::deleteDocument(anna, "D1"); });
@@ -116,8 +117,8 @@ TEST_F(DeskDocuments, TheyAreListedAsAsked) {
   const auto session = as("Bert", {urViewDocumentList});
   EXPECT_EQ(rowsOf(*desk::listDocuments(session, {.fields = "DocumentID"})), Rows{"D1"})
       << "the other one is secured";
-  EXPECT_EQ(rowsOf(*desk::listDocuments(
-                as("Anna"), {.sort = "documentnumber desc", .fields = "DocumentID, DocumentTitle"})),
+  EXPECT_EQ(rowsOf(*desk::listDocuments(as("Anna"), {.sort = "documentnumber desc",
+                                                     .fields = "DocumentID, DocumentTitle"})),
             (Rows{"D2|Budget", "D1|Plan's end"}));
   expectDenied(std::string(userRightText(urViewDocumentList)),
                [&] { (void)desk::listDocuments(as("Carla"), {}); });

@@ -42,9 +42,8 @@ TEST_F(DeskManuals, TheFieldsGivenAreWrittenAndNoOthers) {
   EXPECT_EQ(desk::editManual(session, "Handbook", {.notes = "In the hall"}), "M1");
   EXPECT_EQ(reg_.value("Select ManualName, ManUserMemo From Manuals Where ManualID = 'M1'"),
             "Handbook|In the hall");
-  expectDenied(right(urEditManualName), [&] {
-    desk::editManual(session, "M1", {.name = "X", .notes = "Y"});
-  });
+  expectDenied(right(urEditManualName),
+               [&] { desk::editManual(session, "M1", {.name = "X", .notes = "Y"}); });
   expectWrongInput("nothing to change: give at least one field",
                    [&] { desk::editManual(session, "M1", {}); });
   expectRefused(5, "There is no manual 'M9'.",
@@ -68,8 +67,7 @@ TEST_F(DeskManuals, OneIsViewedWithContentsAndCopies) {
   const auto session = as("Bert", {urViewManualdetail});
   EXPECT_EQ(test::shown(desk::viewManual(session, "Handbook").row->Fields("ManualID")->Value()),
             "M1");
-  EXPECT_EQ(rowsOf(*desk::manualContents(session, "M1")),
-            Rows{"1|D1|P-1|Plan's end|A|3/9/2001"})
+  EXPECT_EQ(rowsOf(*desk::manualContents(session, "M1")), Rows{"1|D1|P-1|Plan's end|A|3/9/2001"})
       << "the other one is secured";
   EXPECT_EQ(rowsOf(*desk::manualCopies(session, "M1")), Rows{"User902|Bert|True|7"});
   const auto carla = as("Carla");

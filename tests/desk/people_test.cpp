@@ -151,12 +151,10 @@ TEST_F(DeskPeople, WorkgroupsAreListed) {
 
 TEST_F(DeskPeople, RightsAreGivenAndTaken) {
   const auto session = as("Anna");
-  const auto changed =
-      desk::changeRights(session, {.of = "Bert",
-                                   .user = {.on = {urCreateNewDocument}, .off = {urDeleteUser}}});
-  EXPECT_EQ(rowsOf(*changed),
-            (Rows{"user right|2|" + right(urCreateNewDocument) + "|True",
-                  "user right|22|" + right(urDeleteUser) + "|False"}));
+  const auto changed = desk::changeRights(
+      session, {.of = "Bert", .user = {.on = {urCreateNewDocument}, .off = {urDeleteUser}}});
+  EXPECT_EQ(rowsOf(*changed), (Rows{"user right|2|" + right(urCreateNewDocument) + "|True",
+                                    "user right|22|" + right(urDeleteUser) + "|False"}));
   EXPECT_NO_THROW(as("Bert").requireRight(urCreateNewDocument));
   expectRefused(5, "The user 'User901' is an administrator, who holds every right.", [&] {
     desk::changeRights(session, {.of = "Anna", .user = {.on = {}, .off = {urDeleteUser}}});
@@ -165,9 +163,9 @@ TEST_F(DeskPeople, RightsAreGivenAndTaken) {
 
 TEST_F(DeskPeople, OptionsAreSwitched) {
   const auto bert = as("Bert");
-  EXPECT_EQ(rowsOf(*desk::changeRights(
-                bert, {.option = {.on = {uoVerifyDelete}, .off = {}}})).size(),
-            1U);
+  EXPECT_EQ(
+      rowsOf(*desk::changeRights(bert, {.option = {.on = {uoVerifyDelete}, .off = {}}})).size(),
+      1U);
   expectDenied("only administrators may change application options", [&] {
     desk::changeRights(bert, {.application = {.on = {aoDocSortByNum}, .off = {}}});
   });

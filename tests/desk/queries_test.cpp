@@ -36,8 +36,8 @@ TEST_F(DeskQueries, OneIsAddedAndDocumentsAreListedByIt) {
 
 TEST_F(DeskQueries, OneIsChangedAndDeleted) {
   const auto session = as("Anna");
-  const auto saved = desk::addQuery(session, kManualQueries, "Books",
-                                    {.where = {"name", "contains", "book"}});
+  const auto saved =
+      desk::addQuery(session, kManualQueries, "Books", {.where = {"name", "contains", "book"}});
   EXPECT_EQ(desk::editQuery(session, kManualQueries, "Books", {.name = "Handbooks"}), saved.query);
   EXPECT_THAT(rowsOf(*desk::viewQuery(session, kManualQueries, "Handbooks"))[0],
               testing::AllOf(testing::HasSubstr("Handbooks"), testing::HasSubstr("book")));
@@ -55,13 +55,13 @@ TEST_F(DeskQueries, CriteriaMakeSense) {
                          const desk::QueryKind& kind = kDocumentQueries) {
     expectWrongInput(text, [&] { desk::addQuery(session, kind, "Q", criteria); });
   };
-  wrong("there is no column 'colour' to search by: title, number, field1 to field4, level, "
-        "effective",
-        {.where = {"colour", "=", "red"}});
+  wrong(
+      "there is no column 'colour' to search by: title, number, field1 to field4, level, "
+      "effective",
+      {.where = {"colour", "=", "red"}});
   wrong("there is no operator '~': =, contains, >, <, <>", {.where = {"title", "~", "x"}});
   wrong("an empty value is no criterion for 'title'", {.where = {"title", "=", ""}});
-  wrong("--on does not go with --after and --before",
-        {.on = "2024-01-01", .after = "2024-01-01"});
+  wrong("--on does not go with --after and --before", {.on = "2024-01-01", .after = "2024-01-01"});
   expectWrongInput("a query needs a name",
                    [&] { desk::addQuery(session, kDocumentQueries, "", {}); });
   expectWrongInput("nothing to change: give a name or at least one criterion",

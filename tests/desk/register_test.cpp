@@ -41,11 +41,10 @@ TEST_F(DeskRegister, KeywordsComeAndGo) {
 
 TEST_F(DeskRegister, FieldsAreCalledSomethingElse) {
   const auto session = as("Anna");
-  EXPECT_EQ(desk::setLabel(session, {.of = "Documents", .field = "docuser1", .label = "Works"})
-                .field,
-            "DocUser1");
-  EXPECT_THAT(rowsOf(*desk::listLabels(session)),
-              testing::Contains("documents|DocUser1|Works|~"));
+  EXPECT_EQ(
+      desk::setLabel(session, {.of = "Documents", .field = "docuser1", .label = "Works"}).field,
+      "DocUser1");
+  EXPECT_THAT(rowsOf(*desk::listLabels(session)), testing::Contains("documents|DocUser1|Works|~"));
   expectDenied("only administrators may change labels", [&] {
     desk::setLabel(as("Bert"), {.of = "documents", .field = "DocUser1", .label = "X"});
   });
@@ -92,8 +91,8 @@ TEST_F(DeskRegister, ANewOneHasAnAdministratorAndAListOfDocuments) {
             "Permission denied: there is a user of that name in the database of users, with "
             "another password");
   EXPECT_FALSE(std::filesystem::exists(folder.file("other.kvv")));
-  EXPECT_RAISES(5, desk::makeRegister({.place = place, .administrator = "A", .password = "",
-                                       .users = {}}));
+  EXPECT_RAISES(
+      5, desk::makeRegister({.place = place, .administrator = "A", .password = "", .users = {}}));
 }
 
 TEST_F(DeskRegister, OneIsCopied) {
@@ -107,15 +106,15 @@ TEST_F(DeskRegister, OneIsCopied) {
   EXPECT_EQ(rowsOf(*copied->OpenRecordset("Select DocumentID From Documents Order By DocumentID")),
             (Rows{"D1", "D2"}));
   copied->Close();
-  EXPECT_RAISES(kEngineFailure,
-                desk::copyTo(as("Anna"), place, desk::CopyWhat::Users))
+  EXPECT_RAISES(kEngineFailure, desk::copyTo(as("Anna"), place, desk::CopyWhat::Users))
       << "there is something already";
 }
 
 TEST_F(DeskRegister, AdministratorsRunStatements) {
   const auto session = as("Anna");
-  EXPECT_EQ(rowsOf(*desk::runStatement(session, "Select ManualID From Manuals Where ID = 901").rows),
-            Rows{"M1"});
+  EXPECT_EQ(
+      rowsOf(*desk::runStatement(session, "Select ManualID From Manuals Where ID = 901").rows),
+      Rows{"M1"});
   const auto changed =
       desk::runStatement(session, "Update Manuals Set ManualName = 'X' Where ID = 901");
   EXPECT_FALSE(changed.rows);

@@ -124,9 +124,8 @@ TEST_F(DeskRevisions, StepsAreForThoseWhoMayTakeThem) {
   expectDenied(right(urActAsDocumentOwner), [&] { desk::routeRevision(as("Bert"), 902); });
   desk::routeRevision(as("Anna"), 902);
   expectDenied(right(urSetCurrentRevision), [&] { desk::setCurrentRevision(as("Bert"), 902); });
-  expectDenied(right(urApprovalOverride), [&] {
-    desk::decideRevision(as("Bert"), 902, Decision::Approve, "Carla");
-  });
+  expectDenied(right(urApprovalOverride),
+               [&] { desk::decideRevision(as("Bert"), 902, Decision::Approve, "Carla"); });
   const auto anna = as("Anna");
   expectRefused(5, "Anna is not on the approval list of revision 902; --for says in whose place.",
                 [&] { desk::decideRevision(anna, 902, Decision::Approve); });

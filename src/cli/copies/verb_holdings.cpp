@@ -32,20 +32,14 @@ int list(const Options& options, const std::optional<std::string>& user, CopyFil
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   std::optional<std::string> user;
   CopyFilter filter;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "holder", user, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
     addCopyKinds(verb, filter);
-    verb.footer(
-        "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
-        "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
-        "Secured documents are listed for administrators and their owners only.");
   }
   [[nodiscard]] int run() const { return list(options, user, filter); }
 };

@@ -1,7 +1,7 @@
 #include "desk/copies/copy_list.h"
 
-#include "desk/documents/document_access.h"
 #include "common/convert.h"
+#include "desk/documents/document_access.h"
 #include "kvdata/recordset/text_field.h"
 #include "rights/rights.h"
 

@@ -19,9 +19,8 @@ ManualCopy collectManual(const Session& session, const std::string& manual, cons
   Transaction transaction(session);
   const ManualKey key = findManual(session, manual);
   transaction.lock("Manuals", "ManualID", key.id);
-  ManualCopy copy{.manualId = key.id,
-                  .userId = holderOf(session, user),
-                  .number = number.value_or("")};
+  ManualCopy copy{
+      .manualId = key.id, .userId = holderOf(session, user), .number = number.value_or("")};
   copy.documents = documentsHeld(session, key, copy.userId, true, copy.number);
   session->Manual()->CollectCopy(key.joined, doubledQuotes(copy.userId),
                                  doubledQuotes(copy.number));

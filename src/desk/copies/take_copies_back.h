@@ -20,7 +20,6 @@ ManualCopy collectManual(const Session& session, const std::string& manual, cons
 // What is on a user's personal list.
 DocumentCopy takeDocumentOffList(const Session& session, const std::string& document,
                                  const Holder& user);
-ManualCopy takeManualOffList(const Session& session, const std::string& manual,
-                             const Holder& user);
+ManualCopy takeManualOffList(const Session& session, const std::string& manual, const Holder& user);
 
 }  // namespace kv::desk

@@ -32,12 +32,11 @@ std::string addDocument(const Session& session, const NewDocument& given) {
   given.check();
   session.requireRight(urCreateNewDocument);
   if (given.current) session.requireRight(urSetCurrentRevision);
-  return addUnique(session, {.name = "document",
-                             .add = [&] { return addOne(session, given); },
-                             .withIdentifier =
-                                 [&](const std::string& id) {
-                                   return session->Document()->Record(id);
-                                 }});
+  return addUnique(
+      session,
+      {.name = "document",
+       .add = [&] { return addOne(session, given); },
+       .withIdentifier = [&](const std::string& id) { return session->Document()->Record(id); }});
 }
 
 }  // namespace kv::desk

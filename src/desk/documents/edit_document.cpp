@@ -55,8 +55,7 @@ void bringUnderControl(const Session& session, const DocumentKey& document) {
                current->Fields(2)->Value());
 }
 
-void write(const Session& session, const DocumentKey& document,
-           const DocumentFields& fields) {
+void write(const Session& session, const DocumentKey& document, const DocumentFields& fields) {
   requireRights(session, document, fields);
   std::string title, number, level, effective, user1, user2, user3, user4, notes, location;
   bool secured = false;

@@ -19,8 +19,9 @@ struct DocumentListing {
   // number where the register says so.
   std::string sort;
   // Columns separated by commas; * for all.
-  std::string fields = "DocumentID, DocumentNumber, DocumentTitle, RevisionLevel, EffectiveDate, "
-                       "Controlled";
+  std::string fields =
+      "DocumentID, DocumentNumber, DocumentTitle, RevisionLevel, EffectiveDate, "
+      "Controlled";
 };
 
 // The documents that a saved query finds, secured ones for administrators only. Takes the right to

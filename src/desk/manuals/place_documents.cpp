@@ -36,8 +36,8 @@ std::int32_t moved(const Session& session, const ManualKey& manual, const Docume
 
 }  // namespace
 
-Placed putIntoManual(const Session& session, const std::string& manual,
-                     const std::string& document, std::optional<std::int32_t> place) {
+Placed putIntoManual(const Session& session, const std::string& manual, const std::string& document,
+                     std::optional<std::int32_t> place) {
   Transaction transaction(session);
   const ManualKey into = findManual(session, manual);
   const DocumentKey what = findDocument(session, document);

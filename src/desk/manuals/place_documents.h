@@ -19,8 +19,8 @@ struct Placed {
 
 // Puts a document into a manual and into all copies of it; without a place it comes behind the
 // documents whose order has been settled. The library tests the right.
-Placed putIntoManual(const Session& session, const std::string& manual,
-                     const std::string& document, std::optional<std::int32_t> place = {});
+Placed putIntoManual(const Session& session, const std::string& manual, const std::string& document,
+                     std::optional<std::int32_t> place = {});
 
 // Takes a document out of a manual and out of all copies of it. The library tests the right.
 Placed takeOutOfManual(const Session& session, const std::string& manual,

@@ -83,7 +83,8 @@ ListedApprover moveApprover(const Session& session, const std::string& document,
   transaction.lock("Documents", "DocumentID", key.id);
   // The library leaves the order to whoever calls it; it is part of making the list.
   requireFieldRight(session, key, urassigndocumentapprovers, oraddremoveapprovers);
-  ListedApprover moved{.documentId = key.id, .userId = findApprover(session, key, user),
+  ListedApprover moved{.documentId = key.id,
+                       .userId = findApprover(session, key, user),
                        .before = findApprover(session, key, before)};
   if (equalNoCase(moved.userId, moved.before)) refuse("Nobody can be moved before himself.");
   session->Document()->ChangeListOrder(key.joined, doubledQuotes(moved.userId),

@@ -18,8 +18,7 @@ struct DocumentUser {
 [[nodiscard]] Ref<Recordset> listOwners(const Session& session, const std::string& document);
 
 // The user is named by ID or name. The library tests the rights.
-DocumentUser addOwner(const Session& session, const std::string& document,
-                      const std::string& user);
+DocumentUser addOwner(const Session& session, const std::string& document, const std::string& user);
 // Also somebody who is no user any more.
 DocumentUser removeOwner(const Session& session, const std::string& document,
                          const std::string& user);

@@ -4,8 +4,8 @@
 #include <charconv>
 #include <optional>
 
-#include "desk/refusal.h"
 #include "common/text.h"
+#include "desk/refusal.h"
 #include "rights/rights.h"
 
 namespace kv::desk {

@@ -26,7 +26,6 @@ enum class SettingKind { UserRight, OwnerRight, UserOption, ApplicationOption };
 [[nodiscard]] Settings readSettings(SettingKind kind, const std::string& list);
 
 // A text of "0" and "1" with some places, from 1, overwritten; filled up with "0" as far as needed.
-[[nodiscard]] std::string withSettings(std::string text, const Settings& places,
-                                       bool on);
+[[nodiscard]] std::string withSettings(std::string text, const Settings& places, bool on);
 
 }  // namespace kv::desk

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "desk/session.h"
 #include "common/variant.h"
+#include "desk/session.h"
 #include "kvdata/recordset/database.h"
 
 namespace kv::desk {

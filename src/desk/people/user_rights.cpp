@@ -67,8 +67,8 @@ class SettingAnswer {
 };
 
 // Writes a user's own rights, beginning with those he has now, his own or his workgroup's.
-Ref<kvProfile> changeUserRights(const Session& session, const std::string& id, const Switches& change,
-                                bool inherit) {
+Ref<kvProfile> changeUserRights(const Session& session, const std::string& id,
+                                const Switches& change, bool inherit) {
   const auto profile = profileOf(session, id);
   if (profile->Value("UserID").isEmpty())
     refuse("The user '" + id + "' has no profile to keep rights in.");

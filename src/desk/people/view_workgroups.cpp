@@ -39,8 +39,7 @@ Ref<Recordset> all(const Session& session) {
 
 }  // namespace
 
-Ref<Recordset> listWorkgroups(const Session& session,
-                              const std::optional<std::string>& membersOf) {
+Ref<Recordset> listWorkgroups(const Session& session, const std::optional<std::string>& membersOf) {
   session.requireRight(urVIEWUSERLIST);
   return membersOf ? members(session, findWorkgroup(session, *membersOf)) : all(session);
 }

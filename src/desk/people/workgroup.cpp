@@ -34,8 +34,8 @@ std::int32_t findWorkgroup(const Session& session, const std::string& workgroup)
   const auto titled = groupsWhere(session, "GroupTitle = '" + doubledQuotes(workgroup) + "'");
   if (titled->RecordCount() == 1) return toInt32(titled->Fields("GroupID")->Value());
   refuse(titled->RecordCount() == 0 ? "There is no workgroup '" + workgroup + "'."
-                                         : "Several workgroups have the title '" + workgroup +
-                                               "'; give the workgroup's number.");
+                                    : "Several workgroups have the title '" + workgroup +
+                                          "'; give the workgroup's number.");
 }
 
 std::string workgroupTitle(const Session& session, std::int32_t workgroup) {

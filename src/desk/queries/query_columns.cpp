@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "desk/refusal.h"
 #include "common/text.h"
+#include "desk/refusal.h"
 
 namespace kv::desk {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <string_view>
 
-#include "desk/refusal.h"
 #include "common/text.h"
+#include "desk/refusal.h"
 
 namespace kv::desk {
 

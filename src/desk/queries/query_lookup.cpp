@@ -38,8 +38,8 @@ std::int32_t findQueryNamed(const Session& session, const std::string& query,
   if (named->RecordCount() == 1) return toInt32(named->Fields(0)->Value());
   const std::string kind = from.kind;
   refuse(named->RecordCount() == 0 ? "There is no " + kind + " query '" + query + "'."
-                                        : "Several " + kind + " queries have the name '" + query +
-                                              "'; give the query's number.");
+                                   : "Several " + kind + " queries have the name '" + query +
+                                         "'; give the query's number.");
 }
 
 bool isQueryName(const Session& session, const std::string& name, const QueryKind& from,

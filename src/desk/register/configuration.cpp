@@ -37,8 +37,7 @@ Ref<Recordset> configuration(const Session& session, const std::string& key) {
   return openOwn(session.database(), "Select " + what + " From " + kTable, kReadOnly);
 }
 
-Variant setConfiguration(const Session& session, const std::string& key,
-                         const std::string& value) {
+Variant setConfiguration(const Session& session, const std::string& key, const std::string& value) {
   session.requireAdministrator("only administrators may set configuration values");
   if (isVersion(key))
     throw Error(kPermission, "kvvesk", "The version of a register is not a setting.");

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "desk/refusal.h"
 #include "common/path.h"
+#include "desk/refusal.h"
 #include "kvdata/engine/open.h"
 
 namespace kv::desk {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "desk/session.h"
 #include "desk/revisions/revision_lookup.h"
+#include "desk/session.h"
 
 namespace kv::desk {
 
