@@ -2,6 +2,8 @@
 #include "desk/desk_register.h"
 #include "desk/register/configuration.h"
 #include "desk/register/copy_to.h"
+#include "desk/register/export/export_register.h"
+#include "desk/register/import/import_register.h"
 #include "desk/register/keywords.h"
 #include "desk/register/labels.h"
 #include "desk/register/new_register.h"
@@ -108,6 +110,43 @@ TEST_F(DeskRegister, OneIsCopied) {
   copied->Close();
   EXPECT_RAISES(kEngineFailure, desk::copyTo(as("Anna"), place, desk::CopyWhat::Users))
       << "there is something already";
+}
+
+TEST_F(DeskRegister, OneIsExportedAndImportedAgain) {
+  const test::TempFolder folder;
+  const std::filesystem::path files = folder.file("files");
+  std::filesystem::create_directory(files);
+  const auto session = as("Anna");
+  const auto report = desk::exportRegister(session, files, folder.file("check.kvv"));
+  EXPECT_EQ(report.problems, Rows{});
+  EXPECT_THAT(report.written, testing::Contains(testing::Pair("documents", 2U)));
+  const test::TestRegister other;
+  other.addUser(0, "Root", "secret", true);
+  const auto vesk = clsVesk::create(test::kCheapPasswords);
+  vesk->OpenConnection("Data Source=" + other.path());
+  vesk->Login("Root", "secret");
+  const auto taken =
+      desk::importRegister(desk::Session(vesk), files.string(), *parseDate("2024-05-06T07:08:09"));
+  vesk->CloseSession();
+  EXPECT_TRUE(taken.problems.empty());
+  EXPECT_EQ(
+      other.rows("Select DocumentNumber, DocumentTitle, RevisionLevel From Documents Order By "
+                 "DocumentNumber"),
+      (Rows{"P-1|Plan's end|A", "P-2|Budget|1"}));
+}
+
+TEST_F(DeskRegister, ExportAndImportAreForAdministrators) {
+  const test::TempFolder folder;
+  const auto session = as("Bert");
+  expectDenied("only administrators may export", [&] {
+    (void)desk::exportRegister(session, folder.file("files"), folder.file("check.kvv"));
+  });
+  expectDenied("only administrators may import", [&] {
+    (void)desk::importRegister(session, folder.file("files"), *parseDate("2024-05-06"));
+  });
+  const auto report =
+      desk::importRegister(as("Anna"), folder.file("none"), *parseDate("2024-05-06"));
+  EXPECT_FALSE(report.problems.empty()) << "there are no such files";
 }
 
 TEST_F(DeskRegister, AdministratorsRunStatements) {

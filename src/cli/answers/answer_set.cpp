@@ -3,22 +3,9 @@
 #include <ostream>
 
 #include "cli/answers/output.h"
+#include "kvdata/recordset/recordset.h"
 
 namespace kv::cli {
-
-AnswerSet::AnswerSet(std::initializer_list<Column> columns) : rs_(Recordset::create()) {
-  constexpr std::int32_t kWide = 255;
-  for (const auto& [name, type] : columns)
-    rs_->Fields().Append(name, type, type == kTypeVarWChar ? kWide : 0);
-  rs_->Open();
-}
-
-void AnswerSet::add(std::initializer_list<Variant> values) {
-  rs_->AddNew();
-  std::int32_t place = 0;
-  for (const auto& value : values) rs_->Fields(place++)->Value(value);
-  rs_->Update();
-}
 
 void writeDone(std::ostream& out, const std::string& sentence,
                const std::vector<std::pair<const char*, Variant>>& keys, Format format) {

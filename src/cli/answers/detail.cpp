@@ -6,25 +6,11 @@
 #include <vector>
 
 #include "cli/answers/output.h"
-#include "common/convert.h"
 #include "common/text.h"
-#include "kvdata/table_value.h"
 
 namespace kv::cli {
 
-Labels labelsIn(const std::shared_ptr<Database>& database, const std::string& table) {
-  const auto rs = openOwn(database, "Select * From [" + table + "]", kReadOnly);
-  Labels labels;
-  if (rs->RecordCount() == 0) return labels;
-  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
-    const std::string& column = rs->Fields(i)->Name();
-    std::string label = joinText(rs->Fields(i)->Value());
-    if (!label.empty() && !equalNoCase(label, column)) labels.emplace(column, std::move(label));
-  }
-  return labels;
-}
-
-void writeDetail(std::ostream& out, Recordset& rs, Format format, const Labels& labels) {
+void writeDetail(std::ostream& out, Recordset& rs, Format format, const desk::Labels& labels) {
   if (format != Format::Table) {
     writeRows(out, rs, format);
     return;
@@ -54,6 +40,10 @@ void writeDetail(std::ostream& out, Recordset& rs, Format format, const Labels& 
       left = indent;
     } while (lines.good());
   }
+}
+
+void writeDetail(std::ostream& out, const desk::Detail& detail, Format format) {
+  writeDetail(out, *detail.row, format, detail.labels);
 }
 
 }  // namespace kv::cli

@@ -121,22 +121,6 @@ void writeMembers(std::ostream& out, Recordset& rs, const std::string& indent) {
 
 }  // namespace
 
-std::string plainText(const Variant& value) {
-  switch (value.kind()) {
-    case VariantKind::Null: return {};
-    case VariantKind::Boolean: return *value.as<bool>() ? "true" : "false";
-    case VariantKind::Date: return isoText(*value.as<Date>());
-    case VariantKind::Empty:
-    case VariantKind::Int16:
-    case VariantKind::Int32:
-    case VariantKind::Single:
-    case VariantKind::Double:
-    case VariantKind::String:
-    case VariantKind::Object: break;
-  }
-  return toText(value);
-}
-
 void writeRows(std::ostream& out, Recordset& rs, Format format) {
   std::vector<std::string> names;
   std::vector<bool> right;

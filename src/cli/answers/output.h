@@ -7,12 +7,10 @@
 
 #include "cli/program/options.h"
 #include "common/error.h"
+#include "common/plain_text.h"
 #include "kvdata/recordset/recordset.h"
 
 namespace kv::cli {
-
-// A value as text: ISO dates, true and false, numbers with a point, nothing for Null.
-[[nodiscard]] std::string plainText(const Variant& value);
 
 // All rows of a set, from its first one, in the format asked for. JSON is one object
 // {"columns":[...],"rows":[[...]]}, with JSON's own numbers, booleans and null; as JSON lines it

@@ -1,47 +1,31 @@
 #include <iostream>
 
 #include "cli/answers/output.h"
-#include "cli/copies/copy_list.h"
-#include "cli/people/user_lookup.h"
+#include "cli/copies/copy_kinds.h"
 #include "cli/program/given_options.h"
 #include "cli/program/verbs.h"
-#include "common/text.h"
+#include "desk/copies/view_copies.h"
 
 namespace kv::cli {
 
 namespace {
 
-int list(const Options& options, const std::optional<std::string>& user, CopyFilter filter) {
+int list(const Options& options, const std::optional<std::string>& user, desk::CopyKinds kinds) {
   const Session session(options);
-  filter.user = doubledQuotes(userToLookAt(session, user));
-  AnswerSet answer({{"ReleaseID", kTypeInteger},
-                    {"HardCopy", kTypeBoolean},
-                    {"ManualName", kTypeVarWChar},
-                    {"CopyNumber", kTypeVarWChar},
-                    {"DocumentID", kTypeVarWChar},
-                    {"DocumentNumber", kTypeVarWChar},
-                    {"DocumentTitle", kTypeLongVarWChar},
-                    {"RevisionLevel", kTypeVarWChar},
-                    {"CurrentRevisionLevel", kTypeVarWChar},
-                    {"State", kTypeVarWChar}});
-  for (const auto& copy : copiesHeld(session, filter))
-    answer.add({copy.release, copy.hard, copy.manual, copy.number, copy.documentId,
-                copy.documentNumber, copy.title, copy.level, copy.currentLevel, copy.stateText()});
-  sortCopies(session, answer);
-  writeRows(std::cout, answer.rows(), options.format);
+  writeRows(std::cout, *desk::listHoldings(session, user, kinds), options.format);
   return kDone;
 }
 
 struct List : RegisterVerb {
   std::optional<std::string> user;
-  CopyFilter filter;
+  desk::CopyKinds kinds;
 
   void describe(Command& verb) {
     addText(verb, "holder", user, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
-    addCopyKinds(verb, filter);
+    addCopyKinds(verb, kinds);
   }
-  [[nodiscard]] int run() const { return list(options, user, filter); }
+  [[nodiscard]] int run() const { return list(options, user, kinds); }
 };
 
 }  // namespace

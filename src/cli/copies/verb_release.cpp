@@ -4,12 +4,11 @@
 
 #include "cli/answers/answer_set.h"
 #include "cli/copies/copy_change.h"
-#include "cli/copies/released_copies.h"
-#include "cli/program/client_transaction.h"
 #include "cli/program/given_options.h"
 #include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
 #include "common/text.h"
+#include "desk/copies/take_copies_back.h"
 
 namespace kv::cli {
 
@@ -29,16 +28,12 @@ int release(const Options& options, const CopyChange& change) {
 
 int collectDocument(const Options& options, std::int32_t release) {
   const Session session(options);
-  ClientTransaction transaction(session);
-  const ReleasedDocument released = findHardCopy(session, release);
-  session->Document()->CollectCopy(release);
-  transaction.commit();
-  writeDone(
-      std::cout,
-      fmt::format("collected the document {} from {}, release {}", released.document.id,
-                  released.userId, release),
-      {{"ReleaseID", release}, {"DocumentID", released.document.id}, {"UserID", released.userId}},
-      options.format);
+  const auto copy = desk::collectDocument(session, release);
+  writeDone(std::cout,
+            fmt::format("collected the document {} from {}, release {}", copy.documentId,
+                        copy.userId, release),
+            {{"ReleaseID", release}, {"DocumentID", copy.documentId}, {"UserID", copy.userId}},
+            options.format);
   return kDone;
 }
 

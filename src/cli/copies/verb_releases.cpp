@@ -1,70 +1,21 @@
 #include <iostream>
 
 #include "cli/answers/output.h"
-#include "cli/copies/copy_list.h"
-#include "cli/documents/document_access.h"
-#include "cli/manuals/manual_lookup.h"
-#include "cli/people/user_lookup.h"
+#include "cli/copies/copy_kinds.h"
 #include "cli/program/given_options.h"
 #include "cli/program/verbs.h"
-#include "cli/queries/query_lookup.h"
-#include "common/text.h"
-#include "rights/rights.h"
+#include "desk/copies/view_copies.h"
 
 namespace kv::cli {
 
 namespace {
 
-struct Listing {
-  std::optional<std::string> user;
-  std::optional<std::string> manual;
-  std::optional<std::string> document;
-  std::optional<std::string> manualQuery;
-  std::optional<std::string> documentQuery;
-  CopyFilter filter;
-};
+using Listing = desk::CopyListing;
 
-CopyFilter filterOf(const Session& session, const Listing& listing) {
-  CopyFilter filter = listing.filter;
-  if (listing.user) filter.user = doubledQuotes(findUser(session.database(), *listing.user));
-  if (listing.manual) filter.manual = findManual(session, *listing.manual).joined;
-  if (listing.document) filter.document = findDocument(session, *listing.document).joined;
-  if (listing.manualQuery)
-    filter.manualQuery = findQuery(session, *listing.manualQuery, kManualQueries);
-  if (listing.documentQuery) filter.documentQuery = findQuery(session, *listing.documentQuery);
-  return filter;
-}
-
-// Copies are of documents, come with manuals, and users have them.
-void requireRights(const Session& session) {
-  for (const auto right : {urViewDocumentList, urViewManualList, urVIEWUSERLIST})
-    session.requireRight(right);
-}
-
-int list(const Options& options, const Listing& listing, bool staleOnly) {
+int list(const Options& options, Listing listing, bool staleOnly) {
+  listing.staleOnly = staleOnly;
   const Session session(options);
-  requireRights(session);
-  const CopyFilter filter = filterOf(session, listing);
-  const UserNames names(session.database());
-  AnswerSet answer({{"ReleaseID", kTypeInteger},
-                    {"UserID", kTypeVarWChar},
-                    {"UserName", kTypeVarWChar},
-                    {"HardCopy", kTypeBoolean},
-                    {"ManualName", kTypeVarWChar},
-                    {"CopyNumber", kTypeVarWChar},
-                    {"DocumentID", kTypeVarWChar},
-                    {"DocumentNumber", kTypeVarWChar},
-                    {"DocumentTitle", kTypeLongVarWChar},
-                    {"RevisionLevel", kTypeVarWChar},
-                    {"CurrentRevisionLevel", kTypeVarWChar},
-                    {"State", kTypeVarWChar}});
-  for (const auto& copy : copiesHeld(session, filter))
-    if (!staleOnly || copy.state == CopyState::Stale)
-      answer.add({copy.release, copy.userId, names.of(copy.userId), copy.hard, copy.manual,
-                  copy.number, copy.documentId, copy.documentNumber, copy.title, copy.level,
-                  copy.currentLevel, copy.stateText()});
-  sortCopies(session, answer, "UserName, UserID");
-  writeRows(std::cout, answer.rows(), options.format);
+  writeRows(std::cout, *desk::listCopies(session, listing), options.format);
   return kDone;
 }
 
@@ -83,7 +34,7 @@ struct List : RegisterVerb {
             "Only copies whose manual a saved manual query finds, by number or name");
     addText(verb, "--document-query", listing.documentQuery,
             "Only copies whose document a saved document query finds, by number or name");
-    addCopyKinds(verb, listing.filter);
+    addCopyKinds(verb, listing.kinds);
   }
   [[nodiscard]] int run() const { return list(options, listing, staleOnly); }
 };

@@ -4,11 +4,6 @@
 
 namespace kv::cli {
 
-bool DocumentFields::any() const {
-  return title || number || field1 || field2 || field3 || field4 || notes || location || secured ||
-         controlled;
-}
-
 void addDocumentFields(Command& verb, DocumentFields& fields) {
   addText(verb, "--title", fields.title, "The title");
   addText(verb, "--number", fields.number, "The document number");

@@ -4,17 +4,17 @@
 #include <iostream>
 
 #include "cli/answers/output.h"
-#include "cli/import/importer.h"
 #include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
 #include "common/clock.h"
 #include "common/path.h"
+#include "desk/register/import/import_register.h"
 
 namespace kv::cli {
 
 namespace {
 
-void show(const ImportReport& report) {
+void show(const desk::ImportReport& report) {
   std::vector<std::vector<std::string>> rows;
   for (const auto& [file, count] : report.read)
     rows.push_back({file + ".csv", std::to_string(count), std::to_string(report.refused(file))});
@@ -48,13 +48,11 @@ int import(const Options& options, const std::string& folder, const std::string&
     asOf = *date;
   }
   const Session session(options);
-  session.requireAdministrator("only administrators may import");
   Progress progress("importing");
-  Importer importer(session->DataServer()->Connection(), asOf, session.profile()->UserID(),
-                    [&](std::size_t done, std::size_t all, const std::string& file) {
-                      progress.show(done, all, "rows, " + file);
-                    });
-  const ImportReport report = importer.run(folder);
+  const auto report = desk::importRegister(
+      session, folder, asOf, [&](std::size_t done, std::size_t all, const std::string& file) {
+        progress.show(done, all, "rows, " + file);
+      });
   show(report);
   return report.problems.empty() ? kDone : kRefused;
 }

@@ -1,34 +1,19 @@
 #include <iostream>
 
-#include "cli/answers/column_list.h"
 #include "cli/answers/output.h"
 #include "cli/program/given_options.h"
 #include "cli/program/verbs.h"
-#include "cli/queries/query_lookup.h"
-#include "rights/rights.h"
+#include "desk/manuals/view_manuals.h"
 
 namespace kv::cli {
 
 namespace {
 
-constexpr const char* kTable = "Manuals";
-constexpr std::int32_t kEveryManual = -1;
-
-struct Listing {
-  std::optional<std::string> query;
-  std::string sort = "ManualName";
-  std::string fields = "ManualID, ManualName";
-};
+using Listing = desk::ManualListing;
 
 int list(const Options& options, const Listing& listing) {
   const Session session(options);
-  session.requireRight(urViewManualList);
-  const auto& database = *session.database();
-  const std::string sort = sortList(database, kTable, listing.sort);
-  const std::string fields = selectList(database, kTable, listing.fields);
-  const std::int32_t query =
-      listing.query ? findQuery(session, *listing.query, kManualQueries) : kEveryManual;
-  writeRows(std::cout, *session->Manual()->Records(query, sort, {}, fields), options.format);
+  writeRows(std::cout, *desk::listManuals(session, listing), options.format);
   return kDone;
 }
 

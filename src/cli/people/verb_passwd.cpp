@@ -1,13 +1,9 @@
 #include <iostream>
 
 #include "cli/answers/answer_set.h"
-#include "cli/people/user_edit.h"
-#include "cli/people/user_lookup.h"
 #include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
-#include "common/error.h"
-#include "common/text.h"
-#include "rights/rights.h"
+#include "desk/people/change_password.h"
 
 namespace kv::cli {
 
@@ -15,18 +11,9 @@ namespace {
 
 int change(const Options& options, const std::string& user) {
   const Session session(options);
-  const std::string id = findUser(session.database(), user);
-  if (equalNoCase(id, session.profile()->UserID())) {
-    session.requireRight(urEditOwnUserPassword);
-  } else {
-    session.requireRight(urEditUserPassword);
-    // Who knows an administrator's password is one.
-    requireAdministratorFor(session, id,
-                            "only administrators may change the password of an administrator");
-  }
-  const std::string password =
-      newPasswordFor("KVVESK_NEW_PASSWORD", "New password for " + user + ": ");
-  if (!session->MainUser()->setPassword(id, password)) raise(kRowDeleted);
+  const std::string id = desk::requireMayChangePassword(session, user);
+  desk::changePassword(session, id,
+                       newPasswordFor("KVVESK_NEW_PASSWORD", "New password for " + user + ": "));
   writeDone(std::cout, "changed the password of " + id, {{"UserID", id}}, options.format);
   return kDone;
 }

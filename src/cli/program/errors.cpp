@@ -4,7 +4,7 @@
 
 #include <iostream>
 
-#include "common/error.h"
+#include "desk/refusal.h"
 
 namespace kv::cli {
 
@@ -13,6 +13,9 @@ int endingOf(const std::function<int()>& program) {
     return program();
   } catch (const UsageError& e) {
     std::cerr << "kvvesk: " << e.what() << '\n';
+    return kUsage;
+  } catch (const desk::WrongInput& e) {
+    std::cerr << "kvvesk: " << e.description() << '\n';
     return kUsage;
   } catch (const Error& e) {
     std::cerr << fmt::format("error {} ({}): {}\n", e.number(), e.source(), e.description());

@@ -1,6 +1,6 @@
 #include "cli/program/given_options.h"
 
-#include "cli/program/whole_number.h"
+#include "common/whole_number.h"
 
 namespace kv::cli {
 

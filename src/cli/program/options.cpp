@@ -4,6 +4,7 @@
 
 #include "cli/program/terminal.h"
 #include "common/error.h"
+#include "desk/register/data_source.h"
 #include "session/vesk_errors.h"
 
 namespace kv::cli {
@@ -15,26 +16,22 @@ bool isAboutUsers(const Error& e) { return e.description().starts_with(kUserData
 
 }  // namespace
 
-void deny(std::string_view why) {
-  throw Error(kPermission, "kvvesk",
-              std::string(wellKnownText(kPermission)) + ": " + std::string(why));
-}
-
-Session::Session(const Options& options) : vesk_(clsVesk::create()) {
+Session::Session(const Options& options) : desk::Session(clsVesk::create()) {
+  const auto& vesk = *this;
   try {
     const std::string password =
         passwordFor("KVVESK_PASSWORD", "Password of " + options.user + ": ");
     try {
-      vesk_->OpenConnection("Data Source=" + quotedValue(options.registerPath));
+      vesk->OpenConnection(desk::dataSource(options.registerPath));
     } catch (const Error& e) {
       if (!options.ownUsersDo || !isAboutUsers(e)) throw;
       std::cerr << "kvvesk: " << e.description()
                 << "\nkvvesk: the register's own users are taken\n";
     }
-    const auto connection = vesk_->DataServer()->Connection();
-    if (!options.trace.empty()) vesk_->DataServer()->StatementLog(options.trace);
+    const auto connection = vesk->DataServer()->Connection();
+    if (!options.trace.empty()) vesk->DataServer()->StatementLog(options.trace);
     interruptOnSignal(connection);
-    vesk_->Login(options.user, password);
+    vesk->Login(options.user, password);
   } catch (...) {
     close();
     throw;
@@ -46,19 +43,11 @@ Session::~Session() { close(); }
 void Session::close() noexcept {
   try {
     interruptOnSignal(nullptr);
-    vesk_->CloseSession();
+    (*this)->CloseSession();
   } catch (const std::exception&) {
     // Nothing more can be done about it here; after a refused opening there is no connection left
     // to close, and CloseSession has let the objects go before it said so.
   }
-}
-
-void Session::requireAdministrator(std::string_view why) const {
-  if (!isAdministrator()) deny(why);
-}
-
-void Session::requireRight(std::int16_t right) const {
-  if (!vesk_->UserAccess(right)) deny(vesk_->urDescription(right));
 }
 
 }  // namespace kv::cli

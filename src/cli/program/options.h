@@ -1,14 +1,10 @@
 // What the command line says, common to all verbs.
 #pragma once
 
-#include <cstdint>
-#include <memory>
 #include <string>
-#include <string_view>
 
 #include "cli/program/errors.h"
-#include "common/ref.h"
-#include "session/vesk.h"
+#include "desk/session.h"
 
 namespace kv::cli {
 
@@ -23,11 +19,8 @@ struct Options {
   bool ownUsersDo = false;
 };
 
-// Raises 70 with the reason.
-[[noreturn]] void deny(std::string_view why);
-
 // An open, logged-in session that is closed at the end of its scope.
-class Session {
+class Session : public desk::Session {
  public:
   // Opens and logs in as options.user; the password comes from KVVESK_PASSWORD or the terminal.
   explicit Session(const Options& options);
@@ -37,22 +30,8 @@ class Session {
   Session(Session&&) = delete;
   Session& operator=(Session&&) = delete;
 
-  clsVesk* operator->() const { return vesk_.get(); }
-  [[nodiscard]] const Ref<kvProfile>& profile() const { return vesk_->DataServer()->Profile(); }
-  [[nodiscard]] bool isAdministrator() const { return profile()->Administrator() == -1; }
-  // For the program's own reads, which no observer sees.
-  [[nodiscard]] const std::shared_ptr<Database>& database() const {
-    return vesk_->DataServer()->Connection()->database();
-  }
-  // Raises 70 with the reason when the user is no administrator.
-  void requireAdministrator(std::string_view why) const;
-  // Raises 70 with the right's text when the user does not hold it; numbers as in rights/rights.h.
-  void requireRight(std::int16_t right) const;
-
  private:
   void close() noexcept;
-
-  Ref<clsVesk> vesk_;
 };
 
 }  // namespace kv::cli

@@ -56,11 +56,6 @@ std::string newPasswordFor(const char* variable, const std::string& prompt) {
   return password;
 }
 
-std::string quotedValue(const std::string& value) {
-  const char quote = value.find('"') == std::string::npos ? '"' : '\'';
-  return quote + value + quote;
-}
-
 void interruptOnSignal(const Ref<kvConnection>& connection) {
   running().store(connection.get());
   std::signal(SIGINT, connection ? onInterrupt : SIG_DFL);

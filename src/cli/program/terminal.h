@@ -18,9 +18,6 @@ namespace kv::cli {
 // empty one.
 [[nodiscard]] std::string newPasswordFor(const char* variable, const std::string& prompt);
 
-// A value as a connection string takes it, whatever characters it has.
-[[nodiscard]] std::string quotedValue(const std::string& value);
-
 // From now on an interrupt (Ctrl-C) makes the connection's running statement fail; nothing restores
 // the default.
 void interruptOnSignal(const Ref<kvConnection>& connection);

@@ -3,152 +3,56 @@
 #include "cli/answers/answer_set.h"
 #include "cli/answers/detail.h"
 #include "cli/answers/output.h"
-#include "cli/program/client_transaction.h"
 #include "cli/program/given_options.h"
-#include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
 #include "cli/queries/query_criteria.h"
-#include "cli/queries/query_lookup.h"
-#include "cli/queries/saved_query.h"
-#include "common/convert.h"
-#include "common/error.h"
 #include "common/text.h"
-#include "kvdata/table_value.h"
+#include "desk/queries/save_query.h"
+#include "desk/queries/view_queries.h"
 
 namespace kv::cli {
 
 namespace {
 
 constexpr const char* kKey = "QueryID";
-constexpr const char* kName = "QueryName";
-
-// Only those of documents are for a kind of them.
-bool haveKinds(const QueryKind& kind) { return kind.of == Queried::Documents; }
-
-AnswerSet answerOfQueries(const QueryKind& kind) {
-  if (haveKinds(kind))
-    return AnswerSet({{kKey, kTypeInteger},
-                      {kName, kTypeVarWChar},
-                      {"Kind", kTypeVarWChar},
-                      {"Condition", kTypeLongVarWChar}});
-  return AnswerSet(
-      {{kKey, kTypeInteger}, {kName, kTypeVarWChar}, {"Condition", kTypeLongVarWChar}});
-}
-
-// The condition as it goes into statements; in parentheses why there is none.
-std::string conditionOf(const StoredQuery& query) {
-  try {
-    return query.JetSQL();
-  } catch (const Error& e) {
-    return "(" + e.description() + ")";
-  }
-}
-
-void addTo(AnswerSet& answer, const QueryKind& kind, const StoredQuery& query) {
-  const Variant name = query.GetQueryValue(kName);
-  if (haveKinds(kind))
-    answer.add({query.id(), name, kindOf(query), conditionOf(query)});
-  else
-    answer.add({query.id(), name, conditionOf(query)});
-}
+using desk::QueryKind;
 
 int show(const Options& options, const QueryKind& kind, const std::optional<std::string>& query) {
   const Session session(options);
-  session.requireRight(kind.viewRight);
-  AnswerSet answer = answerOfQueries(kind);
-  if (query) {
-    addTo(answer, kind, *SavedQuery::load(session, kind, findQuery(session, *query, kind)));
-    answer.rows().MoveFirst();
-    writeDetail(std::cout, answer.rows(), options.format);
-    return kDone;
-  }
-  const auto all =
-      openOwn(session.database(),
-              std::string("Select QueryID From ") + kind.table + " Order By QueryID", kReadOnly);
-  for (; !all->Eof(); all->MoveNext())
-    addTo(answer, kind, *SavedQuery::load(session, kind, toInt32(all->Fields(0)->Value())));
-  writeRows(std::cout, answer.rows(), options.format);
+  if (query)
+    writeDetail(std::cout, *desk::viewQuery(session, kind, *query), options.format);
+  else
+    writeRows(std::cout, *desk::listQueries(session, kind), options.format);
   return kDone;
-}
-
-// Queries are found by their names.
-void requireFreeName(const Session& session, const QueryKind& kind, const std::string& name,
-                     std::int32_t except = -1) {
-  if (isQueryName(session, name, kind, except))
-    throw Error(kInvalidCall, "kvvesk",
-                std::string("There is a ") + kind.kind + " query '" + name + "' already.");
-}
-
-void requireName(const std::string& name) {
-  if (name.empty()) throw UsageError("a query needs a name");
-}
-
-void apply(const Session& session, const QueryKind& kind, const QueryCriteria& criteria,
-           StoredQuery& query) {
-  const auto typeOf = [&](const QueryColumn& column) {
-    const auto types = session->User()->Labels(session.profile());
-    const std::string type = "Type" + column.name;
-    for (std::int32_t i = 0; i < types->Fields().Count(); ++i)
-      if (types->Fields(i)->Name() == type) return userFieldType(types->Fields(i)->Value());
-    return UserFieldType::Text;  // name, alias and title
-  };
-  applyCriteria(criteria, kind.of, typeOf, query);
 }
 
 // Saves criteria under a name: as a new query or, with `replace`, in the one of that name.
 int save(const Options& options, const QueryKind& kind, const std::string& name,
          const QueryCriteria& criteria, bool replace) {
-  requireName(name);
-  checkCriteria(criteria, kind.of);
+  desk::QueryChange{.name = name, .criteria = criteria}.check(kind);
   const Session session(options);
-  session.requireRight(kind.changeRight);
-  ClientTransaction transaction(session);
-  transaction.lock(kind.table);
-  if (!replace) requireFreeName(session, kind, name);
-  const bool known = isQueryName(session, name, kind);
-  const auto query = known ? SavedQuery::load(session, kind, findQueryNamed(session, name, kind))
-                           : SavedQuery::add(session, kind);
-  if (!known) query->SetQueryValue(kName, name);
-  apply(session, kind, criteria, *query);
-  query.save(session);
-  transaction.commit();
+  const auto saved = replace ? desk::setQuery(session, kind, name, criteria)
+                             : desk::addQuery(session, kind, name, criteria);
   writeDone(std::cout,
-            (known ? "changed the query " : "added the query ") + std::to_string(query->id()) +
-                ", " + name,
-            {{kKey, query->id()}}, options.format);
+            (saved.known ? "changed the query " : "added the query ") +
+                std::to_string(saved.query) + ", " + name,
+            {{kKey, saved.query}}, options.format);
   return kDone;
 }
 
 int edit(const Options& options, const QueryKind& kind, const std::string& which,
          const std::optional<std::string>& name, const QueryCriteria& criteria) {
-  if (!name && !criteria.any())
-    throw UsageError("nothing to change: give a name or at least one criterion");
-  if (name) requireName(*name);
-  checkCriteria(criteria, kind.of);
+  const desk::QueryChange change{.name = name, .criteria = criteria};
+  change.checkChange(kind);
   const Session session(options);
-  session.requireRight(kind.changeRight);
-  ClientTransaction transaction(session);
-  transaction.lock(kind.table);
-  const auto query = SavedQuery::load(session, kind, findQuery(session, which, kind));
-  if (name) {
-    requireFreeName(session, kind, *name, query->id());
-    query->SetQueryValue(kName, *name);
-  }
-  apply(session, kind, criteria, *query);
-  query.save(session);
-  transaction.commit();
-  writeDone(std::cout, "changed the query " + std::to_string(query->id()), {{kKey, query->id()}},
-            options.format);
+  const std::int32_t id = desk::editQuery(session, kind, which, change);
+  writeDone(std::cout, "changed the query " + std::to_string(id), {{kKey, id}}, options.format);
   return kDone;
 }
 
 int remove(const Options& options, const QueryKind& kind, const std::string& which) {
   const Session session(options);
-  session.requireRight(kind.changeRight);
-  ClientTransaction transaction(session);
-  const std::int32_t id = findQuery(session, which, kind);
-  SavedQuery::remove(session, kind, id);
-  transaction.commit();
+  const std::int32_t id = desk::deleteQuery(session, kind, which);
   writeDone(std::cout, "deleted the query " + std::to_string(id), {{kKey, id}}, options.format);
   return kDone;
 }
@@ -158,11 +62,11 @@ void addOf(Command& verb, QueryKind& kind) {
           "--of",
           [&kind](const std::string& of) {
             if (equalNoCase(of, "documents"))
-              kind = kDocumentQueries;
+              kind = desk::kDocumentQueries;
             else if (equalNoCase(of, "manuals"))
-              kind = kManualQueries;
+              kind = desk::kManualQueries;
             else if (equalNoCase(of, "users"))
-              kind = kUserQueries;
+              kind = desk::kUserQueries;
             else
               throw WrongWord("takes documents, manuals or users, not '" + of + "'");
           },
@@ -175,7 +79,7 @@ void addKey(Command& verb, std::string& query) {
 }
 
 struct Show : RegisterVerb {
-  QueryKind kind = kDocumentQueries;
+  QueryKind kind = desk::kDocumentQueries;
   std::optional<std::string> query;
 
   void describe(Command& verb) {
@@ -186,7 +90,7 @@ struct Show : RegisterVerb {
 };
 
 struct List : RegisterVerb {
-  QueryKind kind = kDocumentQueries;
+  QueryKind kind = desk::kDocumentQueries;
 
   void describe(Command& verb) { addOf(verb, kind); }
   [[nodiscard]] int run() const { return show(options, kind, std::nullopt); }
@@ -194,7 +98,7 @@ struct List : RegisterVerb {
 
 template <bool replace>
 struct Save : RegisterVerb {
-  QueryKind kind = kDocumentQueries;
+  QueryKind kind = desk::kDocumentQueries;
   std::string name;
   QueryCriteria criteria;
 
@@ -207,7 +111,7 @@ struct Save : RegisterVerb {
 };
 
 struct Edit : RegisterVerb {
-  QueryKind kind = kDocumentQueries;
+  QueryKind kind = desk::kDocumentQueries;
   std::string query;
   std::optional<std::string> name;
   QueryCriteria criteria;
@@ -223,7 +127,7 @@ struct Edit : RegisterVerb {
 };
 
 struct Delete : RegisterVerb {
-  QueryKind kind = kDocumentQueries;
+  QueryKind kind = desk::kDocumentQueries;
   std::string query;
 
   void describe(Command& verb) {

@@ -5,8 +5,7 @@
 #include "cli/answers/output.h"
 #include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
-#include "kvdata/connection_string.h"
-#include "kvdata/schema/copy_register.h"
+#include "desk/register/copy_to.h"
 
 namespace kv::cli {
 
@@ -14,7 +13,6 @@ namespace {
 
 int copy(const Options& options, const std::string& to, bool users) {
   const Session session(options);
-  session.requireAdministrator("only administrators may copy a register");
   std::vector<CopiedTable> tables;
   {
     Progress progress("copying");
@@ -22,9 +20,8 @@ int copy(const Options& options, const std::string& to, bool users) {
       progress.show(static_cast<std::size_t>(done), static_cast<std::size_t>(all),
                     "rows, " + table);
     };
-    const auto connection = session->DataServer()->Connection();
-    const std::string place = "Data Source=" + quotedValue(to);
-    tables = users ? copyUsers(connection, place, show) : copyRegister(connection, place, show);
+    tables =
+        desk::copyTo(session, to, users ? desk::CopyWhat::Users : desk::CopyWhat::Register, show);
   }
   std::vector<std::vector<std::string>> rows;
   std::int64_t all = 0;

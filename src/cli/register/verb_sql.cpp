@@ -4,6 +4,7 @@
 #include "cli/program/verbs.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "desk/register/run_statement.h"
 
 namespace kv::cli {
 
@@ -18,21 +19,16 @@ void showPlace(const Error& error, const std::string& text) {
 }
 
 void runOne(const Session& session, const std::string& text, Format format) {
-  const auto connection = session->DataServer()->Connection();
-  const auto statement = connection->database()->prepare(text);
-  if (statement.isSelect()) {
-    const auto rs = connection->OpenRecordset(text, kKeyset, kReadOnly);
-    writeRows(std::cout, *rs, format);
-    return;
-  }
-  std::int32_t affected = 0;
-  connection->Execute(text, affected);
-  writeAffected(std::cout, affected, format);
+  const auto result = desk::runStatement(session, text);
+  if (result.rows)
+    writeRows(std::cout, *result.rows, format);
+  else
+    writeAffected(std::cout, result.affected, format);
 }
 
 int runText(const Options& options, const std::string& text) {
   const Session session(options);
-  session.requireAdministrator("only administrators may run SQL");
+  desk::requireMayRunStatements(session);
   int ending = kDone;
   const auto run = [&](const std::string& statement) {
     try {

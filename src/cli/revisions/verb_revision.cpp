@@ -2,39 +2,22 @@
 
 #include "cli/answers/answer_set.h"
 #include "cli/answers/detail.h"
-#include "cli/documents/document_access.h"
-#include "cli/people/user_lookup.h"
-#include "cli/program/client_transaction.h"
 #include "cli/program/given_options.h"
-#include "cli/program/terminal.h"
 #include "cli/program/verbs.h"
 #include "cli/revisions/revision_key.h"
-#include "cli/revisions/revision_lookup.h"
-#include "common/convert.h"
-#include "common/error.h"
-#include "common/text.h"
-#include "kvdata/recordset/text_field.h"
-#include "revisions/revision_status.h"
-#include "rights/rights.h"
+#include "desk/refusal.h"
+#include "desk/revisions/add_revision.h"
+#include "desk/revisions/delete_revision.h"
+#include "desk/revisions/edit_revision.h"
+#include "desk/revisions/view_revisions.h"
 
 namespace kv::cli {
 
 namespace {
 
+using desk::RevisionFields;
+
 constexpr const char* kKey = "RevisionID";
-
-struct RevisionFields {
-  std::optional<std::string> level;
-  std::optional<std::string> field1;
-  std::optional<std::string> field2;
-  std::optional<std::string> description;
-  std::optional<std::string> location;
-  std::optional<std::string> effective;
-
-  [[nodiscard]] bool any() const {
-    return level || field1 || field2 || description || location || effective;
-  }
-};
 
 void addFields(Command& verb, RevisionFields& fields) {
   addText(verb, "--level", fields.level, "The level, such as A or 2");
@@ -47,86 +30,24 @@ void addFields(Command& verb, RevisionFields& fields) {
 
 int show(const Options& options, std::int32_t revision) {
   const Session session(options);
-  session.requireRight(urViewRevisionDetail);
-  const auto row = findRevision(session, revision).row;
-  const auto value = [&](const char* column) { return row->Fields(column)->Value(); };
-  AnswerSet answer({{kKey, kTypeInteger},
-                    {"DocumentID", kTypeVarWChar},
-                    {"RevisionLevel", kTypeVarWChar},
-                    {"Status", kTypeLongVarWChar},
-                    {"RevisionStatus", kTypeSmallInt},
-                    {"RoutingStatus", kTypeSmallInt},
-                    {"EffectiveDate", kTypeDate},
-                    {"ResponsibleID", kTypeVarWChar},
-                    {"RevUser1", kTypeVarWChar},
-                    {"RevUser2", kTypeVarWChar},
-                    {"Location", kTypeVarWChar},
-                    {"ChangeDescription", kTypeLongVarWChar}});
-  answer.add({revision, value("DocumentID"), value("RevisionLevel"), statusText(session, revision),
-              value("RevisionStatus"), value("RoutingStatus"), value("EffectiveDate"),
-              value("ResponsibleID"), value("RevUser1"), value("RevUser2"), value("Location"),
-              value("ChangeDescription")});
-  answer.rows().MoveFirst();
-  writeDetail(std::cout, answer.rows(), options.format,
-              labelsIn(session.database(), "RevisionConfig"));
+  writeDetail(std::cout, desk::viewRevision(session, revision), options.format);
   return kDone;
 }
 
 int add(const Options& options, const std::string& document, const RevisionFields& fields,
         const std::optional<std::string>& responsible) {
   const Session session(options);
-  ClientTransaction transaction(session);
-  const DocumentKey key = findDocument(session, document);
-  requireOwner(key.owned);
-  const std::string user =
-      responsible ? findUser(session.database(), *responsible) : session.profile()->UserID();
-  const std::int32_t id = session->Revision()->Add(
-      key.id, fields.level.value_or(""), fields.field1.value_or(""), fields.field2.value_or(""),
-      fields.description.value_or(""), fields.location.value_or(""), false, user,
-      fields.effective.value_or(""));
-  transaction.commit();
-  writeDone(std::cout, "added the revision " + std::to_string(id) + " to " + key.id,
-            {{kKey, id}, {"DocumentID", key.id}}, options.format);
+  const auto added = desk::addRevision(session, document, fields, responsible);
+  writeDone(std::cout,
+            "added the revision " + std::to_string(added.revision) + " to " + added.documentId,
+            {{kKey, added.revision}, {"DocumentID", added.documentId}}, options.format);
   return kDone;
 }
 
-void requireRights(const Session& session, bool owned, const RevisionFields& fields) {
-  // No right names these two.
-  if (fields.level || fields.location) requireOwner(owned);
-  if (fields.description) session.requireRight(urEditChangeDescription);
-  if (fields.effective) session.requireRight(urEditEffectiveDate);
-  if (fields.field1) session.requireRight(urEditRevUser1);
-  if (fields.field2) session.requireRight(urEditRevUser2);
-}
-
-bool isCurrentOf(const Session& session, const std::string& document, std::int32_t revision) {
-  const Variant current = session->Document()->Value(document, "CurrentRevID");
-  return compareValues(current, revision) == 0;
-}
-
 int edit(const Options& options, std::int32_t revision, const RevisionFields& fields) {
-  if (!fields.any()) throw UsageError("nothing to change: give at least one field");
+  desk::requireChange(fields.any());
   const Session session(options);
-  ClientTransaction transaction(session);
-  transaction.lock("Revisions", "RevisionID", std::int64_t{revision});
-  const FoundRevision found = findRevision(session, revision);
-  requireRights(session, found.owned, fields);
-  const auto& row = *found.row;
-  session->Revision()->SaveData(revision, fields.level.value_or(fieldText(row, "RevisionLevel")),
-                                fields.field1.value_or(fieldText(row, "RevUser1")),
-                                fields.field2.value_or(fieldText(row, "RevUser2")),
-                                fields.description.value_or(fieldText(row, "ChangeDescription")),
-                                fields.location.value_or(fieldText(row, "Location")),
-                                fields.effective.value_or(fieldText(row, "EffectiveDate")));
-  transaction.lock("Documents", "DocumentID", found.documentId);
-  // A document repeats level and date of its revision in force.
-  const std::string document = doubledQuotes(found.documentId);
-  if (isCurrentOf(session, document, revision)) {
-    const auto saved = session->Revision()->GetRevRS(revision);
-    for (const char* column : {"RevisionLevel", "EffectiveDate"})
-      session->Document()->SetValue(document, column, saved->Fields(column)->Value());
-  }
-  transaction.commit();
+  desk::editRevision(session, revision, fields);
   writeDone(std::cout, "changed the revision " + std::to_string(revision), {{kKey, revision}},
             options.format);
   return kDone;
@@ -134,20 +55,7 @@ int edit(const Options& options, std::int32_t revision, const RevisionFields& fi
 
 int remove(const Options& options, std::int32_t revision) {
   const Session session(options);
-  ClientTransaction transaction(session);
-  transaction.lock("Revisions", "RevisionID", std::int64_t{revision});
-  const FoundRevision found = findRevision(session, revision);
-  requireOwner(found.owned);
-  const auto current = static_cast<std::int16_t>(RevisionStatus::Current);
-  if (compareValues(found.row->Fields("RevisionStatus")->Value(), current) == 0 ||
-      isCurrentOf(session, doubledQuotes(found.documentId), revision))
-    throw Error(kInvalidCall, "kvvesk",
-                "Revision " + std::to_string(revision) +
-                    " is in force; a document does not lose its current revision this way.");
-  if (!session->Revision()->DeleteRevision(revision))
-    throw Error(kEngineFailure, "kvvesk",
-                "Revision " + std::to_string(revision) + " could not be deleted.");
-  transaction.commit();
+  desk::deleteRevision(session, revision);
   writeDone(std::cout, "deleted the revision " + std::to_string(revision), {{kKey, revision}},
             options.format);
   return kDone;

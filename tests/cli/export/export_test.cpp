@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <map>
 
-#include "cli/import/importer.h"
 #include "cli/verb_register.h"
+#include "desk/register/import/importer.h"
 #include "support/shared_data.h"
 
 namespace kv {
@@ -17,7 +17,7 @@ using testing::HasSubstr;
 class Filled {
  public:
   explicit Filled(const std::string& folder) {
-    cli::Importer importer(reg_.connection(), *parseDate("2024-04-01T08:00:00"), "User0", {});
+    desk::Importer importer(reg_.connection(), *parseDate("2024-04-01T08:00:00"), "User0", {});
     const auto report = importer.run(folder);
     EXPECT_TRUE(report.problems.empty()) << report.problems[0].reason;
     reg_.addUser(0, "Maker", "secret", true);

@@ -5,8 +5,8 @@
 
 #include <map>
 
-#include "cli/import/importer.h"
 #include "cli/program.h"
+#include "desk/register/import/importer.h"
 #include "support/test_register.h"
 
 namespace kv {
@@ -63,8 +63,8 @@ class Import : public testing::Test {
       test::write(folder_.file(name + ".csv"), other == changed.end() ? bytes : other->second);
     }
   }
-  cli::ImportReport import() {
-    cli::Importer importer(reg_.connection(), *parseDate("2001-04-01T08:00:00"), "User0", {});
+  desk::ImportReport import() {
+    desk::Importer importer(reg_.connection(), *parseDate("2001-04-01T08:00:00"), "User0", {});
     return importer.run(folder_.path().string());
   }
   // The first reason for which the changed files are refused.
@@ -89,7 +89,7 @@ class Import : public testing::Test {
     for (const auto& problem : report.problems) out.push_back(shown(problem));
     return out;
   }
-  static std::string shown(const cli::Problem& p) {
+  static std::string shown(const desk::Problem& p) {
     return p.file + " " + std::to_string(p.record) + ": " + p.reason;
   }
   static std::string with(const std::string& file, const std::string& from, const std::string& to) {

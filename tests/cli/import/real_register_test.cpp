@@ -11,9 +11,9 @@
 #include <map>
 #include <set>
 
-#include "cli/answers/output.h"
-#include "cli/import/csv_table.h"
-#include "cli/import/importer.h"
+#include "common/plain_text.h"
+#include "desk/register/import/csv_table.h"
+#include "desk/register/import/importer.h"
 #include "kvdata/schema/create_register.h"
 #include "support/shared_data.h"
 #include "support/test_register.h"
@@ -21,7 +21,7 @@
 namespace kv {
 namespace {
 
-using cli::CsvTable;
+using desk::CsvTable;
 using Rows = std::vector<std::string>;
 
 class RealRegister : public testing::Test {
@@ -31,8 +31,8 @@ class RealRegister : public testing::Test {
     if (!folder) return;
     folder_ = new std::string(*folder);
     reg_ = new test::TestRegister;
-    cli::Importer importer(reg_->connection(), *parseDate("2026-07-24T23:57:50"), "User0", {});
-    report_ = new cli::ImportReport(importer.run(*folder_));
+    desk::Importer importer(reg_->connection(), *parseDate("2026-07-24T23:57:50"), "User0", {});
+    report_ = new desk::ImportReport(importer.run(*folder_));
   }
   static void TearDownTestSuite() {
     delete reg_;
@@ -46,7 +46,7 @@ class RealRegister : public testing::Test {
         << report_->problems[0].file << ": " << report_->problems[0].reason;
   }
   static CsvTable csv(const std::string& name, const std::vector<std::string>& columns) {
-    std::vector<cli::Problem> problems;
+    std::vector<desk::Problem> problems;
     CsvTable table(*folder_, name, columns, problems);
     EXPECT_TRUE(problems.empty());
     return table;
@@ -65,12 +65,12 @@ class RealRegister : public testing::Test {
   }
   static test::TestRegister* reg_;
   static std::string* folder_;
-  static cli::ImportReport* report_;
+  static desk::ImportReport* report_;
 };
 
 test::TestRegister* RealRegister::reg_ = nullptr;
 std::string* RealRegister::folder_ = nullptr;
-cli::ImportReport* RealRegister::report_ = nullptr;
+desk::ImportReport* RealRegister::report_ = nullptr;
 
 TEST_F(RealRegister, ReadsAndWritesEveryRow) {
   const std::map<std::string, std::size_t> read(report_->read.begin(), report_->read.end());
@@ -197,7 +197,7 @@ Rows accessRows(const std::string& file, const std::string& table,
   const std::string command = "mdb-export -D '%Y-%m-%d' -T '%Y-%m-%d %H:%M:%S' '" + file + "' " +
                               table + " > '" + folder.file(table + ".csv") + "'";
   EXPECT_EQ(std::system(command.c_str()), 0) << command;
-  std::vector<cli::Problem> problems;
+  std::vector<desk::Problem> problems;
   const CsvTable csv(folder.path().string(), table, columns, problems);
   EXPECT_TRUE(problems.empty()) << table << ": " << (problems.empty() ? "" : problems[0].reason);
   Rows out;
@@ -240,7 +240,7 @@ TEST_F(RealRegister, IsTheRegisterThatTheAccessFileHolds) {
       for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
         const Variant value = rs->Fields(i)->Value();
         const auto* truth = value.as<bool>();
-        row += (truth != nullptr ? (*truth ? "1" : "0") : cli::plainText(value)) + "|";
+        row += (truth != nullptr ? (*truth ? "1" : "0") : plainText(value)) + "|";
       }
       ours.push_back(row);
     }

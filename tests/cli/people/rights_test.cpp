@@ -3,14 +3,14 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "cli/people/settings.h"
-#include "cli/program/terminal.h"
 #include "cli/verb_register.h"
+#include "desk/people/settings.h"
+#include "desk/refusal.h"
 
 namespace kv {
 namespace {
 
-using cli::SettingKind;
+using desk::SettingKind;
 using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -179,19 +179,19 @@ TEST_F(RightsVerbs, WrongUsageEndsWithTwo) {
 }
 
 TEST(Settings, NumbersAreReadWithRanges) {
-  EXPECT_THAT(cli::readSettings(SettingKind::UserRight, "1, 3 , 98-101"),
+  EXPECT_THAT(desk::readSettings(SettingKind::UserRight, "1, 3 , 98-101"),
               ElementsAre(1, 3, 100, 101));
-  EXPECT_THAT(cli::readSettings(SettingKind::OwnerRight, "20-99"), ElementsAre(20, 21));
-  EXPECT_THROW((void)cli::readSettings(SettingKind::UserRight, "6-9"), cli::UsageError);
-  EXPECT_THROW((void)cli::readSettings(SettingKind::UserRight, "99999"), cli::UsageError);
+  EXPECT_THAT(desk::readSettings(SettingKind::OwnerRight, "20-99"), ElementsAre(20, 21));
+  EXPECT_THROW((void)desk::readSettings(SettingKind::UserRight, "6-9"), desk::WrongInput);
+  EXPECT_THROW((void)desk::readSettings(SettingKind::UserRight, "99999"), desk::WrongInput);
 }
 
 TEST(Settings, EverySettingHasAText) {
-  EXPECT_EQ(cli::settingsOf(SettingKind::UserRight).size(), 68U);
-  EXPECT_EQ(cli::settingsOf(SettingKind::OwnerRight).size(), 21U);
-  EXPECT_EQ(cli::settingsOf(SettingKind::UserOption).size(), 7U);
-  EXPECT_EQ(cli::settingsOf(SettingKind::ApplicationOption).size(), 11U);
-  EXPECT_EQ(cli::settingText(SettingKind::UserRight, 134), "") << "not the end mark of lists";
+  EXPECT_EQ(desk::settingsOf(SettingKind::UserRight).size(), 68U);
+  EXPECT_EQ(desk::settingsOf(SettingKind::OwnerRight).size(), 21U);
+  EXPECT_EQ(desk::settingsOf(SettingKind::UserOption).size(), 7U);
+  EXPECT_EQ(desk::settingsOf(SettingKind::ApplicationOption).size(), 11U);
+  EXPECT_EQ(desk::settingText(SettingKind::UserRight, 134), "") << "not the end mark of lists";
 }
 
 }  // namespace
