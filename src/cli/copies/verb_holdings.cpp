@@ -16,20 +16,14 @@ int list(const Options& options, const std::optional<std::string>& user, desk::C
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   std::optional<std::string> user;
   desk::CopyKinds kinds;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "holder", user, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
     addCopyKinds(verb, kinds);
-    verb.footer(
-        "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
-        "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
-        "Secured documents are listed for administrators and their owners only.");
   }
   [[nodiscard]] int run() const { return list(options, user, kinds); }
 };

@@ -9,13 +9,11 @@ namespace {
 
 using Change = int (*)(const Options&, const CopyChange&);
 
-struct ListChange {
-  Change make;
-  Options options = {};
-  CopyChange change = {};
+template <Change make>
+struct ListChange : RegisterVerb {
+  CopyChange change;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--document", change.document, "The document, by identifier or number");
     addText(verb, "--manual", change.manual, "The manual, by identifier or name");
     addText(verb, "--of", change.user, "Whose list, by ID or name; one's own when left out");
@@ -29,7 +27,7 @@ struct ListChange {
 
 }  // namespace
 
-void personalAdd(Command& verb) { declare<ListChange>(verb, giveCopy); }
-void personalRemove(Command& verb) { declare<ListChange>(verb, takeOffList); }
+void personalAdd(Command& verb) { declare<ListChange<giveCopy>>(verb); }
+void personalRemove(Command& verb) { declare<ListChange<takeOffList>>(verb); }
 
 }  // namespace kv::cli

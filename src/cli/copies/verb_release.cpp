@@ -48,38 +48,30 @@ int collect(const Options& options, std::int32_t release, const CopyChange& chan
   return takeManualBack(options, change);
 }
 
-struct Release {
-  Options options;
+struct Release : RegisterVerb {
   CopyChange change;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--document", change.document, "The document, by identifier or number");
     addText(verb, "--manual", change.manual, "The manual, by identifier or name");
     addText(verb, "--to", change.user, "The user, by ID or name")->required();
     verb.addFlag("--hard", change.hard, "As a hard copy; on the user's personal list without it");
     addText(verb, "--copy", change.copy,
             "The number of a manual's hard copy; the next one when left out");
-    verb.footer(
-        "The number that is printed is the one to collect by: a document's release number, or a "
-        "manual's\ncopy number.");
   }
   [[nodiscard]] int run() const { return release(options, change); }
 };
 
-struct Collect {
-  Options options;
+struct Collect : RegisterVerb {
   std::int32_t number = kNoRelease;
   CopyChange change;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addNumber(verb, "--release", number, "A document's hard copy, by its release number");
     addText(verb, "--manual", change.manual, "The manual, by identifier or name");
     addText(verb, "--from", change.user, "The user who has the manual, by ID or name");
     addText(verb, "--copy", change.copy,
             "The number of the manual's copy; every hard copy that the user has when left out");
-    verb.footer("What is on personal lists is taken off by 'kvvesk personal remove'.");
   }
   [[nodiscard]] int run() const { return collect(options, number, change); }
 };

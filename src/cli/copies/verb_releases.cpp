@@ -19,13 +19,11 @@ int list(const Options& options, Listing listing, bool staleOnly) {
   return kDone;
 }
 
-struct List {
-  bool staleOnly;
-  Options options = {};
-  Listing listing = {};
+template <bool staleOnly>
+struct List : RegisterVerb {
+  Listing listing;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--of", listing.user, "Only copies that this user has, by ID or name")
         ->typeName("USER");
     addText(verb, "--manual", listing.manual,
@@ -37,24 +35,13 @@ struct List {
     addText(verb, "--document-query", listing.documentQuery,
             "Only copies whose document a saved document query finds, by number or name");
     addCopyKinds(verb, listing.kinds);
-    verb.footer(staleOnly ? kStaleFooter : kFooter);
   }
   [[nodiscard]] int run() const { return list(options, listing, staleOnly); }
-
-  static constexpr const char* kFooter =
-      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force. "
-      "State is current\nor stale, or uncontrolled for documents that are not under control.\n"
-      "Secured documents are listed for administrators and their owners only.";
-  static constexpr const char* kStaleFooter =
-      "RevisionLevel is that of the copy, CurrentRevisionLevel that of the revision in force, "
-      "empty when\nthere is none. Copies of uncontrolled documents are never stale.\n"
-      "Exit status is 0 whether or not there are any.\n"
-      "Secured documents are listed for administrators and their owners only.";
 };
 
 }  // namespace
 
-void copyReleases(Command& verb) { declare<List>(verb, false); }
-void copyStale(Command& verb) { declare<List>(verb, true); }
+void copyReleases(Command& verb) { declare<List<false>>(verb); }
+void copyStale(Command& verb) { declare<List<true>>(verb); }
 
 }  // namespace kv::cli

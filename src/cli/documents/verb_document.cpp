@@ -52,61 +52,41 @@ void addKey(Command& verb, std::string& document) {
   verb.addOption("document", document, "The document, by identifier or number")->required();
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::string document;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, document);
-  }
+  void describe(Command& verb) { addKey(verb, document); }
   [[nodiscard]] int run() const { return show(options, document); }
 };
 
-struct Add {
-  Options options;
+struct Add : RegisterVerb {
   NewDocument given;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addDocumentFields(verb, given.fields);
     addText(verb, "--level", given.level, "The level of the first revision");
     addDate(verb, "--effective", given.effective, "Since when, or from when, it is effective");
     verb.addFlag("--current", given.current,
                  "The first revision is in force; since today unless --effective says otherwise");
-    verb.footer(
-        "A new document is controlled and not secured unless the options say otherwise.\n"
-        "Its identifier is printed; show, edit, delete and revision take that or its number.");
   }
   [[nodiscard]] int run() const { return add(options, given); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   std::string document;
   DocumentFields fields;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addKey(verb, document);
     addDocumentFields(verb, fields);
-    verb.footer(
-        "Fields that are not given stay as they are; an empty text empties a field.\n"
-        "--controlled no takes the document out of every manual, collects its hard copies, "
-        "empties its\napproval list and deletes its revisions but the current one.\n"
-        "--controlled yes puts the revision in force that was kept, if there is one.");
   }
   [[nodiscard]] int run() const { return edit(options, document, fields); }
 };
 
-struct Delete {
-  Options options;
+struct Delete : RegisterVerb {
   std::string document;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, document);
-  }
+  void describe(Command& verb) { addKey(verb, document); }
   [[nodiscard]] int run() const { return remove(options, document); }
 };
 

@@ -18,12 +18,10 @@ int list(const Options& options, const Listing& listing) {
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   Listing listing;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--query", listing.query,
             std::string("The saved query to list by, by number or name; '") + desk::kAllDocuments +
                 "' when left out");
@@ -32,10 +30,6 @@ struct List {
                    "the title when left out, or the number where the register says so");
     verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
         ->showDefault();
-    verb.footer(
-        "Columns: ID, DocumentID, DocumentTitle, DocumentNumber, RevisionLevel, EffectiveDate, "
-        "DocUser1 to\nDocUser4, DocumentNotes, SecurityLevel, Location, Controlled, "
-        "CurrentRevID.\nSecured documents are listed for administrators only.");
   }
   [[nodiscard]] int run() const { return list(options, listing); }
 };

@@ -81,17 +81,13 @@ int exportTo(const Options& options, const std::string& to) {
   return kDone;
 }
 
-struct Export {
-  Options options;
+struct Export : RegisterVerb {
+  static constexpr Formats kFormats = Formats::None;
   std::string folder;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
     verb.addOption("folder", folder, "The folder to make; it may be there if it is empty")
         ->required();
-    verb.footer(
-        "What was written is imported and compared before it is kept. What the files cannot carry, "
-        "such as\npasswords, rights, saved queries and labels, is listed.");
   }
   [[nodiscard]] int run() const { return exportTo(options, folder); }
 };

@@ -49,51 +49,35 @@ void addKey(Command& verb, std::string& manual) {
   verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::string manual;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, manual);
-  }
+  void describe(Command& verb) { addKey(verb, manual); }
   [[nodiscard]] int run() const { return show(options, manual); }
 };
 
-struct Add {
-  Options options;
+struct Add : RegisterVerb {
   ManualFields fields;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addManualFields(verb, fields);
-    verb.footer("Its identifier is printed; the other verbs take that or its name.");
-  }
+  void describe(Command& verb) { addManualFields(verb, fields); }
   [[nodiscard]] int run() const { return add(options, fields); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   std::string manual;
   ManualFields fields;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addKey(verb, manual);
     addManualFields(verb, fields);
-    verb.footer("Fields that are not given stay as they are; an empty text empties a field.");
   }
   [[nodiscard]] int run() const { return edit(options, manual, fields); }
 };
 
-struct Delete {
-  Options options;
+struct Delete : RegisterVerb {
   std::string manual;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, manual);
-  }
+  void describe(Command& verb) { addKey(verb, manual); }
   [[nodiscard]] int run() const { return remove(options, manual); }
 };
 

@@ -80,46 +80,32 @@ void addManualKey(Command& verb, std::string& manual) {
   verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
 
-struct Contents {
-  Options options;
+struct Contents : RegisterVerb {
   std::string manual;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addManualKey(verb, manual);
-    verb.footer("Secured documents are listed for administrators and their owners only.");
-  }
+  void describe(Command& verb) { addManualKey(verb, manual); }
   [[nodiscard]] int run() const { return contents(options, manual); }
 };
 
-struct Copies {
-  Options options;
+struct Copies : RegisterVerb {
   std::string manual;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addManualKey(verb, manual);
-  }
+  void describe(Command& verb) { addManualKey(verb, manual); }
   [[nodiscard]] int run() const { return copies(options, manual); }
 };
 
 enum class Position : std::uint8_t { None, Optional, Required };
 
-struct Change {
-  int (*make)(const Options&, const Placing&);
-  Position position;
-  const char* footer;
-  Options options = {};
-  Placing given = {};
+template <int (*make)(const Options&, const Placing&), Position position>
+struct Change : RegisterVerb {
+  Placing given;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addManualKey(verb, given.manual);
     verb.addOption("document", given.document, "The document, by identifier or number")->required();
     if (position != Position::None)
       addNumber(verb, "position", given.position, "The place in the manual, counted from 1")
           ->required(position == Position::Required);
-    verb.footer(footer);
   }
   [[nodiscard]] int run() const { return make(options, given); }
 };
@@ -128,15 +114,8 @@ struct Change {
 
 void manualContents(Command& verb) { declare<Contents>(verb); }
 void manualCopies(Command& verb) { declare<Copies>(verb); }
-void manualPut(Command& verb) {
-  declare<Change>(verb, put, Position::Optional,
-                  "Without a place it comes behind the documents whose order has been settled.");
-}
-void manualTake(Command& verb) { declare<Change>(verb, take, Position::None, ""); }
-void manualMove(Command& verb) {
-  declare<Change>(verb, move, Position::Required,
-                  "The register keeps an order, no places: mostly a document comes to stand behind "
-                  "the one that is at\nthe place given. The answer says where it stands now.");
-}
+void manualPut(Command& verb) { declare<Change<put, Position::Optional>>(verb); }
+void manualTake(Command& verb) { declare<Change<take, Position::None>>(verb); }
+void manualMove(Command& verb) { declare<Change<move, Position::Required>>(verb); }
 
 }  // namespace kv::cli

@@ -17,12 +17,10 @@ int list(const Options& options, const Listing& listing) {
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   Listing listing;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--query", listing.query,
             "The saved manual query to list by, by number or name; all manuals when left out");
     verb.addOption("--sort", listing.sort,
@@ -30,7 +28,6 @@ struct List {
         ->showDefault();
     verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
         ->showDefault();
-    verb.footer("Columns: ID, ManualID, ManualName, ManUser1 to ManUser4, ManUserMemo.");
   }
   [[nodiscard]] int run() const { return list(options, listing); }
 };

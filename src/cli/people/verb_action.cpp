@@ -27,26 +27,22 @@ int settle(const Options& options, std::int32_t action, Step step,
   return kDone;
 }
 
-struct Settling {
-  Step step;
-  Options options = {};
+template <Step step>
+struct Settling : RegisterVerb {
   std::int32_t action = 0;
-  std::optional<std::string> on = {};
+  std::optional<std::string> on;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addNumber(verb, "action", action, "The action's number, as 'kvvesk actions' lists it")
         ->required();
     addDate(verb, "--on", on, "The day; today when left out");
-    if (step == Step::Close)
-      verb.footer("An action that has not been completed counts as completed on that day.");
   }
   [[nodiscard]] int run() const { return settle(options, action, step, on); }
 };
 
 }  // namespace
 
-void actionComplete(Command& verb) { declare<Settling>(verb, Step::Complete); }
-void actionClose(Command& verb) { declare<Settling>(verb, Step::Close); }
+void actionComplete(Command& verb) { declare<Settling<Step::Complete>>(verb); }
+void actionClose(Command& verb) { declare<Settling<Step::Close>>(verb); }
 
 }  // namespace kv::cli

@@ -15,19 +15,14 @@ int list(const Options& options, const std::optional<std::string>& of, bool all)
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   std::optional<std::string> of;
   bool all = false;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--of", of, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
     verb.addFlag("--all", all, "Also those that are closed");
-    verb.footer(
-        "Reference is the document or the revision that an action is about.\n"
-        "'kvvesk action' completes and closes actions.");
   }
   [[nodiscard]] int run() const { return list(options, of, all); }
 };

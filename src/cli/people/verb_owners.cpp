@@ -69,13 +69,11 @@ int moveApprover(const Options& options, const Words& words) {
               document, user);
 }
 
-struct Show {
-  List list;
-  Options options = {};
-  std::string document = {};
+template <List list>
+struct Show : RegisterVerb {
+  std::string document;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("document", document, "The document, by identifier or number")->required();
   }
   [[nodiscard]] int run() const { return show(options, list, document); }
@@ -83,14 +81,11 @@ struct Show {
 
 enum class Order : std::uint8_t { None, Optional, Required };
 
-struct Change {
-  int (*make)(const Options& options, const Words& words);
-  Order order;
-  Options options = {};
-  Words words = {};
+template <int (*make)(const Options& options, const Words& words), Order order = Order::None>
+struct Change : RegisterVerb {
+  Words words;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("document", words.document, "The document, by identifier or number")->required();
     verb.addOption("user", words.user, "The user, by ID or name")->required();
     if (order != Order::None)
@@ -103,12 +98,12 @@ struct Change {
 
 }  // namespace
 
-void ownerShow(Command& verb) { declare<Show>(verb, desk::listOwners); }
-void ownerAdd(Command& verb) { declare<Change>(verb, addOwner, Order::None); }
-void ownerRemove(Command& verb) { declare<Change>(verb, removeOwner, Order::None); }
-void approverShow(Command& verb) { declare<Show>(verb, desk::listApprovers); }
-void approverAdd(Command& verb) { declare<Change>(verb, addApprover, Order::Optional); }
-void approverRemove(Command& verb) { declare<Change>(verb, removeApprover, Order::None); }
-void approverMove(Command& verb) { declare<Change>(verb, moveApprover, Order::Required); }
+void ownerShow(Command& verb) { declare<Show<desk::listOwners>>(verb); }
+void ownerAdd(Command& verb) { declare<Change<addOwner>>(verb); }
+void ownerRemove(Command& verb) { declare<Change<removeOwner>>(verb); }
+void approverShow(Command& verb) { declare<Show<desk::listApprovers>>(verb); }
+void approverAdd(Command& verb) { declare<Change<addApprover, Order::Optional>>(verb); }
+void approverRemove(Command& verb) { declare<Change<removeApprover>>(verb); }
+void approverMove(Command& verb) { declare<Change<moveApprover, Order::Required>>(verb); }
 
 }  // namespace kv::cli

@@ -18,12 +18,10 @@ int change(const Options& options, const std::string& user) {
   return kDone;
 }
 
-struct Password {
-  Options options;
+struct Password : RegisterVerb {
   std::string user;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("name", user, "The user, by ID or name")->required();
   }
   [[nodiscard]] int run() const { return change(options, user); }

@@ -61,24 +61,20 @@ int edit(const Options& options, const Changes& changes) {
   return kDone;
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::optional<std::string> of;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--of", of, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
   }
   [[nodiscard]] int run() const { return show(options, of); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   Changes changes;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     const auto numbers = [&](const char* name, std::optional<std::string>& target,
                              const char* help) {
       return addText(verb, name, target, help)->typeName("NUMBERS");
@@ -99,9 +95,6 @@ struct Edit {
             "Options of the whole register to switch on; administrators");
     numbers("--app-off", changes.application.off,
             "Options of the whole register to switch off; administrators");
-    verb.footer(
-        "NUMBERS are those that 'kvvesk rights show' lists: 2, or 1,30,90-96.\n"
-        "A user whose rights are changed for the first time begins with those of the workgroup.");
   }
   [[nodiscard]] int run() const { return edit(options, changes); }
 };

@@ -64,64 +64,40 @@ void addKey(Command& verb, std::string& user) {
   verb.addOption("name", user, "The user, by ID or name")->required();
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::string user;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, user);
-  }
+  void describe(Command& verb) { addKey(verb, user); }
   [[nodiscard]] int run() const { return show(options, user); }
 };
 
-struct Add {
-  Options options;
+struct Add : RegisterVerb {
   UserFields fields;
   bool withoutPassword = false;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addUserFields(verb, fields);
     verb.addFlag("--no-password", withoutPassword,
                  "The user cannot log in until somebody gives him a password");
-    verb.footer(
-        "The new user's password comes from KVVESK_NEW_PASSWORD or is asked for.\n"
-        "A user is in the workgroup 0, View Only Users, unless --workgroup says otherwise.\n"
-        "The user's ID is printed; where a user is to be given, it is that or the name.");
   }
   [[nodiscard]] int run() const { return add(options, fields, withoutPassword); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   std::string user;
   UserFields fields;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addKey(verb, user);
     addUserFields(verb, fields);
-    verb.footer(
-        "Fields that are not given stay as they are; an empty text empties a field.\n"
-        "Administrators, and only they, make and unmake administrators, themselves too; the last "
-        "one stays.");
   }
   [[nodiscard]] int run() const { return edit(options, user, fields); }
 };
 
-struct Delete {
-  Options options;
+struct Delete : RegisterVerb {
   std::string user;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addKey(verb, user);
-    verb.footer(
-        "Actions and the approvals of revisions keep the user's ID. What a deleted user has to "
-        "approve\nothers can decide about with 'kvvesk revision approve --for ID'.\n"
-        "Where registers share their users, the user is gone from all of them.");
-  }
+  void describe(Command& verb) { addKey(verb, user); }
   [[nodiscard]] int run() const { return remove(options, user); }
 };
 

@@ -15,18 +15,12 @@ int list(const Options& options, const std::optional<std::string>& members) {
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   std::optional<std::string> members;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "--members", members, "List the members of this workgroup, by number or title")
         ->typeName("GROUP");
-    verb.footer(
-        "Who is in -1, Super Users, is an administrator; 0, View Only Users, is where new users "
-        "are.\nEvery register has these two. 'kvvesk user edit --workgroup' puts a user into "
-        "one.");
   }
   [[nodiscard]] int run() const { return list(options, members); }
 };

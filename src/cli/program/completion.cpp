@@ -60,9 +60,6 @@ struct Completion {
 
   void describe(Command& verb) {
     verb.addOption("shell", shell, "The shell: bash")->required()->typeName("SHELL");
-    verb.footer(
-        "To have it in this shell: source <(kvvesk completion bash)\n"
-        "Where kvvesk was installed with 'cmake --install', bash finds it by itself.");
   }
   [[nodiscard]] int run() const {
     if (shell != "bash") throw UsageError("there is completion for bash, not for '" + shell + "'");

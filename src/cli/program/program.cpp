@@ -29,13 +29,13 @@ class Program : public CommandLine {
       auto* added =
           (isPart ? whole : &command())
               ->addSubcommand(std::string(verb.name.substr(isPart ? space + 1 : 0)), verb.help);
+      added->footer(verb.footer);
       if (verb.declare != nullptr) {
         verb.declare(*added);
-        continue;
+      } else {
+        added->requireSubcommand();
+        whole = added;
       }
-      added->requireSubcommand();
-      added->footer(verb.footer);
-      whole = added;
     }
   }
 };

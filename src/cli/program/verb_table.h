@@ -13,7 +13,7 @@ struct Verb {
   const char* help;
   // Says what it takes and how it runs. A verb that only has parts has none; they follow it.
   void (*declare)(Command& verb) = nullptr;
-  const char* footer = "";  // of a verb that only has parts
+  const char* footer = "";  // below the options in its help; that of the program when there is none
 };
 
 [[nodiscard]] std::span<const Verb> verbs() noexcept;

@@ -1,23 +1,21 @@
 // How a verb is declared, and all that are. A verb is a structure of the words it takes, which its
 // options and positional words are written to, and which carries itself out:
 //
-//   struct Show {
-//     Options options;
+//   struct Show : RegisterVerb {
 //     std::string document;
 //
-//     void describe(Command& verb) {
-//       addCommon(verb, options);
-//       addKey(verb, document);
-//     }
-//     [[nodiscard]] int run() const { return show(options, document); }
+//     void describe(Command& verb) { addKey(verb, document); }
+//     void run(const Session& session) const { ... }
 //   };
 //
 // The function that the table of verbs names declares it: declare<Show>(verb).
 #pragma once
 
+#include <concepts>
+#include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
+#include <type_traits>
 
 #include "cli/program/command.h"
 #include "cli/program/options.h"
@@ -32,12 +30,41 @@ void addCommon(Command& verb, Options& options, Formats formats = Formats::Rows)
 // --json alone, for verbs that answer with more than one result.
 void addJson(Command& verb, Options& options, const std::string& help);
 
-// Makes a verb of a structure, which lives as long as the command. `given` are its first members.
-template <class Words, class... Given>
-void declare(Command& verb, Given&&... given) {
-  const auto words = std::make_shared<Words>(Words{std::forward<Given>(given)...});
-  words->describe(verb);
-  verb.onRun([words] { return words->run(); });
+// What nearly every verb takes. Those for which other formats make sense say so by a kFormats of
+// their own.
+struct RegisterVerb {
+  static constexpr Formats kFormats = Formats::Rows;
+  Options options;
+};
+
+// Carries out a verb whose words were taken. Words that make no sense together are refused by its
+// check, before anybody is asked for a password; then it runs, in a session where it asks for one.
+template <class Words>
+[[nodiscard]] int carriedOut(const Words& words) {
+  if constexpr (requires { words.check(); }) words.check();
+  if constexpr (requires { words.run(); }) {
+    return words.run();
+  } else {
+    const Session session(words.options);
+    if constexpr (requires {
+                    { words.run(session) } -> std::same_as<int>;
+                  }) {
+      return words.run(session);
+    } else {
+      words.run(session);
+      return kDone;
+    }
+  }
+}
+
+// Makes a verb of a structure, which lives as long as the command.
+template <class Words>
+void declare(Command& verb) {
+  const auto words = std::make_shared<Words>();
+  if constexpr (std::is_base_of_v<RegisterVerb, Words>)
+    addCommon(verb, words->options, Words::kFormats);
+  if constexpr (requires { words->describe(verb); }) words->describe(verb);
+  verb.onRun([words] { return carriedOut(*words); });
 }
 
 void registerNew(Command& verb);

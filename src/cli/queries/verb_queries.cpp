@@ -78,39 +78,31 @@ void addKey(Command& verb, std::string& query) {
   verb.addOption("query", query, "The query, by number or name")->required();
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   QueryKind kind = desk::kDocumentQueries;
   std::optional<std::string> query;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addOf(verb, kind);
     addText(verb, "query", query, "The query, by number or name; all of them when left out");
   }
   [[nodiscard]] int run() const { return show(options, kind, query); }
 };
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   QueryKind kind = desk::kDocumentQueries;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addOf(verb, kind);
-  }
+  void describe(Command& verb) { addOf(verb, kind); }
   [[nodiscard]] int run() const { return show(options, kind, std::nullopt); }
 };
 
-struct Save {
-  bool replace;
-  Options options = {};
+template <bool replace>
+struct Save : RegisterVerb {
   QueryKind kind = desk::kDocumentQueries;
-  std::string name = {};
-  QueryCriteria criteria = {};
+  std::string name;
+  QueryCriteria criteria;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addOf(verb, kind);
     verb.addOption("name", name, "The name it is listed by")->required();
     addCriteria(verb, criteria);
@@ -118,15 +110,13 @@ struct Save {
   [[nodiscard]] int run() const { return save(options, kind, name, criteria, replace); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   QueryKind kind = desk::kDocumentQueries;
   std::string query;
   std::optional<std::string> name;
   QueryCriteria criteria;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addOf(verb, kind);
     addKey(verb, query);
     addText(verb, "--name", name, "The new name");
@@ -136,13 +126,11 @@ struct Edit {
   [[nodiscard]] int run() const { return edit(options, kind, query, name, criteria); }
 };
 
-struct Delete {
-  Options options;
+struct Delete : RegisterVerb {
   QueryKind kind = desk::kDocumentQueries;
   std::string query;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addOf(verb, kind);
     addKey(verb, query);
   }
@@ -153,8 +141,8 @@ struct Delete {
 
 void queryList(Command& verb) { declare<List>(verb); }
 void queryShow(Command& verb) { declare<Show>(verb); }
-void queryAdd(Command& verb) { declare<Save>(verb, false); }
-void querySet(Command& verb) { declare<Save>(verb, true); }
+void queryAdd(Command& verb) { declare<Save<false>>(verb); }
+void querySet(Command& verb) { declare<Save<true>>(verb); }
 void queryEdit(Command& verb) { declare<Edit>(verb); }
 void queryDelete(Command& verb) { declare<Delete>(verb); }
 

@@ -36,14 +36,12 @@ int config(const Options& options, const std::string& key, const std::string* va
   return kDone;
 }
 
-struct Setting {
-  Options options;
+struct Setting : RegisterVerb {
   std::string key;
   std::optional<std::string> value;
 
   void describe(Command& verb) {
     options.ownUsersDo = true;
-    addCommon(verb, options);
     verb.addOption("key", key, "The value to show or set; all of them when left out");
     addText(verb, "value", value, "The new value; empty for none");
   }

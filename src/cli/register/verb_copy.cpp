@@ -35,13 +35,12 @@ int copy(const Options& options, const std::string& to, bool users) {
   return kDone;
 }
 
-struct Copy {
-  Options options;
+struct Copy : RegisterVerb {
+  static constexpr Formats kFormats = Formats::None;
   std::string to;
   bool users = false;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
     verb.addOption("to", to, "Where to: a path, or postgresql://... of an empty database")
         ->required();
     verb.addFlag("--users", users,

@@ -38,24 +38,20 @@ int remove(const Options& options, const Entry& entry) {
   return kDone;
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::optional<std::string> field;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addText(verb, "field", field, "The field; all of them when left out")->typeName("FIELD");
   }
   [[nodiscard]] int run() const { return show(options, field); }
 };
 
-struct Change {
-  int (*make)(const Options&, const Entry&);
-  Options options = {};
-  Entry entry = {};
+template <int (*make)(const Options&, const Entry&)>
+struct Change : RegisterVerb {
+  Entry entry;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("field", entry.field,
                    "The field, such as DocUser2, as the record's own column is called")
         ->required()
@@ -68,7 +64,7 @@ struct Change {
 }  // namespace
 
 void keywordShow(Command& verb) { declare<Show>(verb); }
-void keywordAdd(Command& verb) { declare<Change>(verb, add); }
-void keywordDelete(Command& verb) { declare<Change>(verb, remove); }
+void keywordAdd(Command& verb) { declare<Change<add>>(verb); }
+void keywordDelete(Command& verb) { declare<Change<remove>>(verb); }
 
 }  // namespace kv::cli

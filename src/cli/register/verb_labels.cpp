@@ -29,22 +29,14 @@ int set(const Options& options, const Labelling& given) {
   return kDone;
 }
 
-struct Show {
-  Options options;
-
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    verb.footer("Type is told of the fields User00 to User11, whose type each register chooses.");
-  }
+struct Show : RegisterVerb {
   [[nodiscard]] int run() const { return show(options); }
 };
 
-struct Set {
-  Options options;
+struct Set : RegisterVerb {
   Labelling given;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("of", given.of, "Whose field: of documents, revisions, manuals or users")
         ->required()
         ->typeName("KIND");

@@ -55,12 +55,11 @@ int runText(const Options& options, const std::string& text) {
   return ending;
 }
 
-struct Sql {
-  Options options;
+struct Sql : RegisterVerb {
+  static constexpr Formats kFormats = Formats::Lines;
   std::string text;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::Lines);
     verb.addOption("text", text,
                    "The statement, or - for statements from standard input, one per line")
         ->required();

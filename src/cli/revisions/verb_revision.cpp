@@ -61,25 +61,19 @@ int remove(const Options& options, std::int32_t revision) {
   return kDone;
 }
 
-struct Show {
-  Options options;
+struct Show : RegisterVerb {
   std::int32_t revision = 0;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addRevisionKey(verb, revision);
-  }
+  void describe(Command& verb) { addRevisionKey(verb, revision); }
   [[nodiscard]] int run() const { return show(options, revision); }
 };
 
-struct Add {
-  Options options;
+struct Add : RegisterVerb {
   std::string document;
   RevisionFields fields;
   std::optional<std::string> responsible;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("document", document, "The document, by identifier or number")->required();
     addFields(verb, fields);
     addText(verb, "--responsible", responsible,
@@ -88,32 +82,21 @@ struct Add {
   [[nodiscard]] int run() const { return add(options, document, fields, responsible); }
 };
 
-struct Edit {
-  Options options;
+struct Edit : RegisterVerb {
   std::int32_t revision = 0;
   RevisionFields fields;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     addRevisionKey(verb, revision);
     addFields(verb, fields);
-    verb.footer(
-        "Fields that are not given stay as they are; an empty text empties a field.\n"
-        "A revision that has a location is saved only while there is a file; paths that do not "
-        "begin\n"
-        "at the root count from the current folder.");
   }
   [[nodiscard]] int run() const { return edit(options, revision, fields); }
 };
 
-struct Delete {
-  Options options;
+struct Delete : RegisterVerb {
   std::int32_t revision = 0;
 
-  void describe(Command& verb) {
-    addCommon(verb, options);
-    addRevisionKey(verb, revision);
-  }
+  void describe(Command& verb) { addRevisionKey(verb, revision); }
   [[nodiscard]] int run() const { return remove(options, revision); }
 };
 

@@ -62,75 +62,53 @@ int status(const Options& options, std::int32_t revision) {
   return kDone;
 }
 
-constexpr const char* kStepJson =
-    "JSON: columns and rows of where the revision stands, and under \"actions\" those of what was "
-    "sent";
-
-struct Route {
-  Options options;
+// A step of a revision on its way.
+struct Step : RegisterVerb {
+  static constexpr Formats kFormats = Formats::None;
   std::int32_t revision = 0;
+
+  void describe(Command& verb) {
+    addJson(verb, options,
+            "JSON: columns and rows of where the revision stands, and under \"actions\" those of "
+            "what was sent");
+    addRevisionKey(verb, revision);
+  }
+};
+
+struct Route : Step {
   bool again = false;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
-    addJson(verb, options, kStepJson);
-    addRevisionKey(verb, revision);
+    Step::describe(verb);
     verb.addFlag("--again", again,
                  "Also while it is awaiting approval or is approved: all approvers decide anew");
-    verb.footer(
-        "The first time, the document's approvers become those of the revision, in their order; "
-        "later changes\nof the document's list do not reach it. The first approver is told. A "
-        "revision of a document without\napprovers is approved at once.");
   }
   [[nodiscard]] int run() const { return route(options, revision, again); }
 };
 
-struct Decide {
-  Decision decision;
-  Options options = {};
-  std::int32_t revision = 0;
-  std::optional<std::string> user = {};
-  std::optional<std::string> notes = {};
+template <Decision decision>
+struct Decide : Step {
+  std::optional<std::string> user;
+  std::optional<std::string> notes;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
-    addJson(verb, options, kStepJson);
-    addRevisionKey(verb, revision);
+    Step::describe(verb);
     addText(verb, "--for", user, "The approver in whose place to decide, by ID or name")
         ->typeName("USER");
     addText(verb, "--notes", notes, "The approver's remark");
-    verb.footer(decision == Decision::Approve
-                    ? "The next approver is told, if the register's options say so. When all have "
-                      "approved, the revision is\napproved; 'kvvesk revision set-current' puts it "
-                      "in force."
-                    : "The responsible user is told, if the register's options say so. 'kvvesk "
-                      "revision route' asks the\napprovers once more.");
   }
   [[nodiscard]] int run() const { return decide(options, revision, decision, user, notes); }
 };
 
-struct SetCurrent {
-  Options options;
-  std::int32_t revision = 0;
-
-  void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
-    addJson(verb, options, kStepJson);
-    addRevisionKey(verb, revision);
-    verb.footer(
-        "It has to be approved, or to have been in force before; where the document has no "
-        "approvers, it may\ncome straight from its preparation. Holders of copies are told, if "
-        "the register's options say so.");
-  }
+struct SetCurrent : Step {
   [[nodiscard]] int run() const { return setCurrent(options, revision); }
 };
 
-struct Status {
-  Options options;
+struct Status : RegisterVerb {
+  static constexpr Formats kFormats = Formats::None;
   std::int32_t revision = 0;
 
   void describe(Command& verb) {
-    addCommon(verb, options, Formats::None);
     addJson(verb, options,
             "JSON: columns and rows of where the revision stands, and under \"approvals\" those "
             "of its approvers");
@@ -143,8 +121,8 @@ struct Status {
 
 void revisionStatus(Command& verb) { declare<Status>(verb); }
 void revisionRoute(Command& verb) { declare<Route>(verb); }
-void revisionApprove(Command& verb) { declare<Decide>(verb, Decision::Approve); }
-void revisionReject(Command& verb) { declare<Decide>(verb, Decision::Reject); }
+void revisionApprove(Command& verb) { declare<Decide<Decision::Approve>>(verb); }
+void revisionReject(Command& verb) { declare<Decide<Decision::Reject>>(verb); }
 void revisionSetCurrent(Command& verb) { declare<SetCurrent>(verb); }
 
 }  // namespace kv::cli

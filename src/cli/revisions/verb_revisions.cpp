@@ -14,12 +14,10 @@ int list(const Options& options, const std::string& document) {
   return kDone;
 }
 
-struct List {
-  Options options;
+struct List : RegisterVerb {
   std::string document;
 
   void describe(Command& verb) {
-    addCommon(verb, options);
     verb.addOption("document", document, "The document, by identifier or number")->required();
   }
   [[nodiscard]] int run() const { return list(options, document); }
