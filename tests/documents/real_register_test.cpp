@@ -10,8 +10,8 @@
 #include <random>
 #include <set>
 
-#include "cli/import/csv_table.h"
-#include "cli/import/importer.h"
+#include "desk/register/import/csv_table.h"
+#include "desk/register/import/importer.h"
 #include "documents/document_session.h"
 #include "support/scale.h"
 #include "support/shared_data.h"
@@ -80,7 +80,7 @@ class RealDocuments : public testing::Test {
     const auto folder = test::sharedData("proposals-register");
     if (!folder) return;
     reg_ = new test::TestRegister;
-    cli::Importer importer(reg_->connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
+    desk::Importer importer(reg_->connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
     const auto report = importer.run(*folder);
     ASSERT_TRUE(report.problems.empty());
     reg_->addUser(9001, "Anna", "secret", true);
@@ -100,8 +100,8 @@ class RealDocuments : public testing::Test {
                                               "creation_date",
                                               "participating_groups",
                                               "notes"};
-    std::vector<cli::Problem> problems;
-    const cli::CsvTable csv(*folder, "documents", columns, problems);
+    std::vector<desk::Problem> problems;
+    const desk::CsvTable csv(*folder, "documents", columns, problems);
     ASSERT_TRUE(problems.empty());
     lines_ = new std::vector<Line>;
     for (std::size_t r = 0; r < csv.rows(); ++r) {

@@ -5,20 +5,20 @@
 #include <map>
 #include <set>
 
-#include "cli/import/csv_table.h"
-#include "cli/import/importer.h"
+#include "desk/register/import/csv_table.h"
+#include "desk/register/import/importer.h"
 #include "support/session_test.h"
 #include "support/shared_data.h"
 
 namespace kv {
 namespace {
 
-using cli::CsvTable;
+using desk::CsvTable;
 using test::Texts;
 
 CsvTable csv(const std::string& folder, const std::string& name,
              const std::vector<std::string>& columns) {
-  std::vector<cli::Problem> problems;
+  std::vector<desk::Problem> problems;
   CsvTable table(folder, name, columns, problems);
   EXPECT_TRUE(problems.empty()) << name;
   return table;
@@ -37,7 +37,7 @@ std::string userId(const std::string& key) {
 TEST(RealCopies, ListsAreWhatTheFilesSayAndChangesCanBeUndone) {
   REQUIRE_SHARED_DATA(folder, "proposals-register");
   const test::TestRegister reg;
-  cli::Importer importer(reg.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
+  desk::Importer importer(reg.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
   ASSERT_TRUE(importer.run(folder).problems.empty());
   reg.addUser(9001, "Anna", "secret", true);
   const test::TestSession vesk;

@@ -5,8 +5,8 @@
 #include <array>
 #include <cstdlib>
 
-#include "cli/import/importer.h"
 #include "common/convert.h"
+#include "desk/register/import/importer.h"
 #include "rights/rights.h"
 
 namespace kv::test {
@@ -23,7 +23,7 @@ std::uint32_t walkSeed() {
 }
 
 void RelationWalkRegister::begin(const std::string& folder) {
-  cli::Importer importer(reg_.connection(), at(2026, 7, 24, 23, 57, 50), "User0", {});
+  desk::Importer importer(reg_.connection(), at(2026, 7, 24, 23, 57, 50), "User0", {});
   ASSERT_TRUE(importer.run(folder).problems.empty());
   // A few users are on a list twice: which of their rows is meant is not promised.
   for (const auto& twice : reg_.rows("Select DocumentID, UserID From Routing Group By "

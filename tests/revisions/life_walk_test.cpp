@@ -8,8 +8,8 @@
 #include <deque>
 #include <random>
 
-#include "cli/import/importer.h"
 #include "common/text.h"
+#include "desk/register/import/importer.h"
 #include "revisions/approval_session.h"
 #include "revisions/life_model.h"
 #include "revisions/life_register.h"
@@ -71,7 +71,7 @@ class LifeWalk : public testing::Test {
   LifeWalk() : clock_(test::at(2027, 6, 1)), random_(seed()) {}
 
   void begin(const std::string& folder) {
-    cli::Importer importer(reg_.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
+    desk::Importer importer(reg_.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
     ASSERT_TRUE(importer.run(folder).problems.empty());
     makeLists();
     makeUsers();

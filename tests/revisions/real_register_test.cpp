@@ -3,20 +3,20 @@
 
 #include <map>
 
-#include "cli/import/csv_table.h"
-#include "cli/import/importer.h"
+#include "desk/register/import/csv_table.h"
+#include "desk/register/import/importer.h"
 #include "revisions/revision_session.h"
 #include "support/shared_data.h"
 
 namespace kv {
 namespace {
 
-using cli::CsvTable;
+using desk::CsvTable;
 using test::LoadedRevision;
 
 CsvTable csv(const std::string& folder, const std::string& name,
              const std::vector<std::string>& columns) {
-  std::vector<cli::Problem> problems;
+  std::vector<desk::Problem> problems;
   CsvTable table(folder, name, columns, problems);
   EXPECT_TRUE(problems.empty()) << name;
   return table;
@@ -35,7 +35,7 @@ std::string usDate(const std::string& iso) {
 TEST(RealRevisions, LoadRevisionDataGivesWhatTheFilesSay) {
   REQUIRE_SHARED_DATA(folder, "proposals-register");
   const test::TestRegister reg;
-  cli::Importer importer(reg.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
+  desk::Importer importer(reg.connection(), test::at(2026, 7, 24, 23, 57, 50), "User0", {});
   ASSERT_TRUE(importer.run(folder).problems.empty());
   reg.addUser(9001, "Anna", "secret", true);
   const test::TestSession vesk;

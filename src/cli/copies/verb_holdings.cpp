@@ -1,0 +1,35 @@
+#include <iostream>
+
+#include "cli/answers/output.h"
+#include "cli/copies/copy_kinds.h"
+#include "cli/program/given_options.h"
+#include "cli/program/verbs.h"
+#include "desk/copies/view_copies.h"
+
+namespace kv::cli {
+
+namespace {
+
+int list(const Options& options, const std::optional<std::string>& user, desk::CopyKinds kinds) {
+  const Session session(options);
+  writeRows(std::cout, *desk::listHoldings(session, user, kinds), options.format);
+  return kDone;
+}
+
+struct List : RegisterVerb {
+  std::optional<std::string> user;
+  desk::CopyKinds kinds;
+
+  void describe(Command& verb) {
+    addText(verb, "holder", user, "The user, by ID or name; whoever logs in when left out")
+        ->typeName("USER");
+    addCopyKinds(verb, kinds);
+  }
+  [[nodiscard]] int run() const { return list(options, user, kinds); }
+};
+
+}  // namespace
+
+void copyHoldings(Command& verb) { declare<List>(verb); }
+
+}  // namespace kv::cli

@@ -1,0 +1,38 @@
+#include "desk/people/owners.h"
+
+#include "common/text.h"
+#include "desk/people/document_people.h"
+#include "desk/people/user_lookup.h"
+#include "desk/transaction.h"
+#include "rights/rights.h"
+
+namespace kv::desk {
+
+Ref<Recordset> listOwners(const Session& session, const std::string& document) {
+  session.requireRight(urviewdocumentdetail);
+  const DocumentKey key = findDocument(session, document);
+  return namedMembers(session, membersIn(session->Document()->Owners(key.joined)));
+}
+
+DocumentUser addOwner(const Session& session, const std::string& document,
+                      const std::string& user) {
+  Transaction transaction(session);
+  const DocumentKey key = findDocument(session, document);
+  const std::string id = findUser(session.database(), user);
+  session->Document()->AddOwner(key.joined, doubledQuotes(id));
+  transaction.commit();
+  return {.documentId = key.id, .userId = id};
+}
+
+DocumentUser removeOwner(const Session& session, const std::string& document,
+                         const std::string& user) {
+  Transaction transaction(session);
+  const DocumentKey key = findDocument(session, document);
+  const std::string id =
+      findMember(session, membersIn(session->Document()->Owners(key.joined)), user);
+  session->Document()->RemoveOwner(key.joined, doubledQuotes(id));
+  transaction.commit();
+  return {.documentId = key.id, .userId = id};
+}
+
+}  // namespace kv::desk

@@ -1,0 +1,19 @@
+#include "desk/register/users_file.h"
+
+#include <filesystem>
+
+#include "common/path.h"
+#include "desk/refusal.h"
+#include "kvdata/engine/open.h"
+
+namespace kv::desk {
+
+std::string storedLocation(const std::string& place) {
+  if (engine::isServer(place)) return place;
+  std::string out = pathText(std::filesystem::absolute(pathOf(place)).lexically_normal());
+  if (out.find_first_of(";\"'") != std::string::npos)
+    throw WrongInput("the path of a file for users must not contain ; or quotation marks");
+  return out;
+}
+
+}  // namespace kv::desk
