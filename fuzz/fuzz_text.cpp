@@ -30,7 +30,7 @@ void refusesWith(std::initializer_list<std::int32_t> numbers, std::string_view t
   }
 }
 
-// Pattern and text, parted by the first line end.
+// Pattern and text, separated by the first line end.
 void patterns(std::string_view input) {
   const auto end = input.find('\n');
   const std::string_view pattern = input.substr(0, end);

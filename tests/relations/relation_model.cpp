@@ -60,7 +60,7 @@ std::vector<std::pair<std::optional<double>, std::string>> inOrder(const Places&
   return out;
 }
 
-// 100 parted among them, in whole numbers.
+// 100 divided among them, in whole numbers.
 int wholeStep(std::size_t among) {
   const double exact = 100.0 / static_cast<double>(among);
   const double below = std::floor(exact);

@@ -41,7 +41,7 @@ class TestRegister {
   std::int32_t execute(const std::string& sql) const;
   [[nodiscard]] Ref<Recordset> open(const std::string& sql,
                                     std::int32_t lockType = kOptimistic) const;
-  // All rows as text, fields parted by |, Null as ~.
+  // All rows as text, fields separated by |, Null as ~.
   [[nodiscard]] std::vector<std::string> rows(const std::string& sql) const;
   // The one value of a statement that gives one, as text.
   [[nodiscard]] std::string value(const std::string& sql) const;

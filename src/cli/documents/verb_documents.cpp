@@ -26,9 +26,10 @@ struct List : RegisterVerb {
             std::string("The saved query to list by, by number or name; '") + desk::kAllDocuments +
                 "' when left out");
     verb.addOption("--sort", listing.sort,
-                   "The columns to sort by, parted by commas, each with asc or desc behind it; "
+                   "The columns to sort by, separated by commas, each with asc or desc behind it; "
                    "the title when left out, or the number where the register says so");
-    verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
+    verb.addOption("--fields", listing.fields,
+                   "The columns to list, separated by commas; * for all")
         ->showDefault();
   }
   [[nodiscard]] int run() const { return list(options, listing); }

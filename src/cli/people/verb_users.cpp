@@ -24,9 +24,10 @@ struct List : RegisterVerb {
     addText(verb, "--query", listing.query,
             "The saved user query to list by, by number or name; everybody when left out");
     verb.addOption("--sort", listing.sort,
-                   "The columns to sort by, parted by commas, each with asc or desc behind it")
+                   "The columns to sort by, separated by commas, each with asc or desc behind it")
         ->showDefault();
-    verb.addOption("--fields", listing.fields, "The columns to list, parted by commas; * for all")
+    verb.addOption("--fields", listing.fields,
+                   "The columns to list, separated by commas; * for all")
         ->showDefault();
   }
   [[nodiscard]] int run() const { return list(options, listing); }

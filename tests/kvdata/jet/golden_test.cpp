@@ -1,7 +1,7 @@
 // Golden files: a statement, then what the front end makes of it. KVVESK_REWRITE_GOLDEN=1 rewrites
 // them; review the difference before committing it.
 //
-// A case is parted from the next by a line ==, its parts by a line --: the statement; the tree
+// A case is separated from the next by a line ==, its parts by a line --: the statement; the tree
 // written out in the dialect; the bound statement; the texts for SQLite with the uses of literals
 // as parameters. A statement that is refused has one further part: the error.
 //
