@@ -44,6 +44,21 @@ bool isCondition(const Expr& e) {
   return false;
 }
 
+// What can leave the type of what it is calculated from.
+bool isCalculated(const Expr& e) {
+  return e.kind == ExprKind::Negate || e.kind == ExprKind::Function ||
+         (e.kind == ExprKind::Binary && !isComparison(e.op));
+}
+
+// Whether a column of type `to` takes an expression without a conversion, which would refuse what
+// the column cannot hold.
+bool isTakenAsItIs(const Expr& e, ColumnType to) {
+  if (isText(e) && isTextType(to)) return true;
+  if (to == ColumnType::Double) return isNumber(e) && !isCalculated(e);
+  if (to == ColumnType::Single && isCalculated(e)) return false;
+  return e.type == to && e.kind != ExprKind::Binary;
+}
+
 bool isConstant(const Expr& e) {
   if (e.kind == ExprKind::Column || e.aggregate != Aggregate::None) return false;
   return std::all_of(e.args.begin(), e.args.end(),
@@ -670,9 +685,7 @@ class Writer {
                       .column = &column});
     if (!e.type) return column.type == ColumnType::Boolean ? "0" : "NULL";
     std::string sql = value(e);
-    if (e.type == column.type && e.kind != ExprKind::Binary) return sql;
-    if (isText(e) && isTextType(column.type)) return sql;
-    if (column.type == ColumnType::Double && isNumber(e)) return sql;
+    if (isTakenAsItIs(e, column.type)) return sql;
     return d_.convert(sql, *e.type, column.type);
   }
 
@@ -734,8 +747,7 @@ SqlText emitInsert(const BoundStatement& bound, const std::vector<Literal>& lite
       const auto i = static_cast<std::size_t>(std::stoul(place));
       const auto& c = table.columns[static_cast<std::size_t>(bound.insertColumns[i])];
       const auto& o = select.outputs[i];
-      const bool asIs = c.stands.empty() && o.expr->type &&
-                        (*o.expr->type == c.type || (isText(*o.expr) && isTextType(c.type)));
+      const bool asIs = c.stands.empty() && o.expr->type && isTakenAsItIs(*o.expr, c.type);
       converted = converted || !asIs;
       const auto name = quotedName(fmt::format("c{}", i));
       const auto& storedColumn = c.stands.empty() ? c : table.columns[*table.find(c.stands)];

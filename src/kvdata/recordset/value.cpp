@@ -1,5 +1,7 @@
 #include "kvdata/recordset/value.h"
 
+#include <cmath>
+
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
@@ -42,6 +44,19 @@ Variant shownValue(const engine::RowBlock& block, std::size_t row, std::size_t c
   return shownValue(block.value(row, column), type);
 }
 
+namespace {
+
+// Infinity has no place in a register: nothing comes after it, and what is not a number has no
+// order at all.
+double finite(double number) {
+  if (!std::isfinite(number)) raise(kOverflow);
+  return number;
+}
+
+bool isReal(ColumnType type) { return type == ColumnType::Single || type == ColumnType::Double; }
+
+}  // namespace
+
 SqlValue storedValue(const Variant& value, ColumnType type, int size) {
   if (value.isNull() || value.isEmpty()) {
     if (type == ColumnType::Boolean) return std::int64_t{0};
@@ -52,12 +67,9 @@ SqlValue storedValue(const Variant& value, ColumnType type, int size) {
       case ColumnType::Boolean: return std::int64_t{toBoolean(value) ? -1 : 0};
       case ColumnType::Int16: return std::int64_t{toInt16(value)};
       case ColumnType::Int32: return std::int64_t{toInt32(value)};
-      case ColumnType::Single: {
-        const auto single = static_cast<float>(toDouble(value));
-        if (single - single != 0) raise(kOverflow);
-        return static_cast<double>(single);
-      }
-      case ColumnType::Double: return toDouble(value);
+      case ColumnType::Single:
+        return finite(static_cast<double>(static_cast<float>(toDouble(value))));
+      case ColumnType::Double: return finite(toDouble(value));
       case ColumnType::Date: return toDate(value);
       case ColumnType::Text:
       case ColumnType::Memo: break;
@@ -68,7 +80,7 @@ SqlValue storedValue(const Variant& value, ColumnType type, int size) {
       raise(kWrongType, "The text is longer than the field.");
     return text;
   } catch (const Error& e) {
-    if (e.number() == kWrongType) throw;
+    if (e.number() == kWrongType || (e.number() == kOverflow && isReal(type))) throw;
     raise(kWrongType);
   }
 }

@@ -268,6 +268,37 @@ TEST_F(DialectWrites, AnInsertedSelectKeepsItsOrderAndConvertsItsValues) {
   EXPECT_EQ(reg_.rows("Select * From Keywords"), (std::vector<std::string>{"1|1", "2|2"}));
 }
 
+TEST_F(DialectWrites, WhatIsCalculatedIsNeverStoredWithoutEnd) {
+  reg_.execute(
+      "Insert Into ManualContents (ManualID, DocumentID, [Position]) Values ('M', 'A', 1E200)");
+  reg_.execute(
+      "Insert Into ManualContents (ManualID, DocumentID, [Position]) Values ('M', 'B', 1E308)");
+  reg_.execute(
+      "Insert Into ManualContents (ManualID, DocumentID, [Position]) Values ('M', 'C', 1E308)");
+  reg_.execute("Insert Into Routing (DocumentID, ListOrder) Values ('A', 1E38)");
+  const auto places = [&] {
+    return reg_.rows("Select DocumentID, [Position] From ManualContents Order By DocumentID");
+  };
+  const auto before = places();
+  for (const char* statement :
+       {"Update ManualContents Set [Position] = [Position] * [Position]",
+        "Update ManualContents Set [Position] = -([Position] * 1E308)",
+        "Insert Into ManualContents ([Position]) Values (1E308 * 10)",
+        "Insert Into ManualContents ([Position]) Select [Position] * [Position] From "
+        "ManualContents",
+        "Insert Into ManualContents ([Position]) Select Distinct [Position] * [Position] From "
+        "ManualContents",
+        "Insert Into ManualContents ([Position]) Select Sum([Position]) From ManualContents",
+        "Update Routing Set ListOrder = ListOrder * 10",
+        "Insert Into Routing (ListOrder) Select ListOrder * 10 From Routing"}) {
+    EXPECT_RAISES(kValueOverflow, reg_.execute(statement)) << statement;
+    EXPECT_EQ(places(), before) << statement;
+    EXPECT_EQ(reg_.rows("Select ListOrder From Routing"), std::vector<std::string>{"1E+38"});
+  }
+  reg_.execute("Update ManualContents Set [Position] = [Position] * 2 + 1 Where DocumentID = 'A'");
+  EXPECT_EQ(reg_.value("Select [Position] From ManualContents Where DocumentID = 'A'"), "2E+200");
+}
+
 TEST_F(DialectWrites, AnExplicitCounterMovesTheCounterOn) {
   reg_.execute("Insert Into Documents (ID, DocumentTitle) Values (41, 'x')");
   reg_.execute("Insert Into Documents (DocumentTitle) Values ('y')");

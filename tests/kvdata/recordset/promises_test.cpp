@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "common/convert.h"
 #include "support/engine_answers.h"
 #include "support/error_check.h"
@@ -36,6 +38,37 @@ class RecordSet : public testing::Test {
   }
   test::TestRegister reg_;
 };
+
+// ---- numbers ----
+
+TEST_F(RecordSet, NumbersWithoutEndAreNeverAssigned) {
+  const double endless = std::numeric_limits<double>::infinity();
+  const std::initializer_list<Variant> bad = {
+      endless, -endless, std::numeric_limits<double>::quiet_NaN(),
+      std::numeric_limits<float>::infinity(), Variant("1e999")};
+  reg_.execute("Insert Into ManualContents ([Position]) Values (1)");
+  reg_.execute("Insert Into Routing (ListOrder) Values (1)");
+  const auto free = Recordset::create();
+  free->Fields().Append("ListOrder", kTypeSingle, 4);
+  free->Fields().Append("Position", kTypeDouble, 8);
+  free->Open();
+  free->AddNew();
+  free->Update();
+  const auto contents = open("Select * From ManualContents");
+  const auto list = open("Select * From Routing");
+  for (const auto& value : bad) {
+    EXPECT_RAISES(kOverflow, contents->Fields("Position")->Value(value));
+    EXPECT_RAISES(kOverflow, list->Fields("ListOrder")->Value(value));
+    EXPECT_RAISES(kOverflow, free->Fields("Position")->Value(value));
+    EXPECT_RAISES(kOverflow, free->Fields("ListOrder")->Value(value));
+  }
+  EXPECT_RAISES(kOverflow, list->Fields("ListOrder")->Value(1E39)) << "a double, and no single";
+  EXPECT_EQ(contents->EditMode(), kEditNone);
+  EXPECT_EQ(list->EditMode(), kEditNone);
+  contents->Fields("Position")->Value(1E308);
+  contents->Update();
+  EXPECT_EQ(reg_.value("Select [Position] From ManualContents"), "1E+308");
+}
 
 // ---- membership ----
 

@@ -179,10 +179,12 @@ void convertFunction(sqlite3_context* context, int, sqlite3_value** args) {
     }
     if (type == "YesNo") {
       sqlite3_result_int(context, number != 0 ? -1 : 0);
-    } else if (type == "Double") {
-      sqlite3_result_double(context, number);
-    } else if (type == "Single") {
-      sqlite3_result_double(context, static_cast<double>(static_cast<float>(number)));
+    } else if (type == "Double" || type == "Single") {
+      if (type == "Single") number = static_cast<double>(static_cast<float>(number));
+      if (std::isfinite(number))
+        sqlite3_result_double(context, number);
+      else
+        giveError(context, kValueOverflow, "Overflow.");
     } else {
       const double whole = roundHalfEven(number);
       const double limit = type == "Short" ? 32768.0 : 2147483648.0;
