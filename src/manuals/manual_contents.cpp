@@ -1,4 +1,8 @@
 // What is in a manual, in which order, and which manuals somebody has.
+#include <cmath>
+#include <limits>
+#include <vector>
+
 #include "common/convert.h"
 #include "kvdata/operation.h"
 #include "kvdata/sql_text.h"
@@ -14,9 +18,32 @@ namespace {
 constexpr double kCloseTogether = 0.00005;
 constexpr double kRange = 99;
 
+// A place that is no number, which other programs can have stored, is behind all others.
 double placeOf(const Recordset& contents) {
   const Variant position = contents.Fields("Position")->Value();
-  return position.isNull() ? 0 : toDouble(position);
+  if (position.isNull()) return 0;
+  const double place = toDouble(position);
+  return std::isnan(place) ? std::numeric_limits<double>::infinity() : place;
+}
+
+// Gives the rows of a manual's contents even places, in their order. The one at `moved` goes behind
+// every row whose place is at most `place`.
+void spread(Recordset& contents, const Variant& moved, double place) {
+  std::vector<Variant> rows;
+  std::size_t behind = 0;
+  for (contents.MoveFirst(); !contents.Eof(); contents.MoveNext()) {
+    const Variant row = contents.Bookmark();
+    if (row == moved) continue;
+    rows.push_back(row);
+    if (placeOf(contents) <= place) behind = rows.size();
+  }
+  if (!moved.isEmpty()) rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(behind), moved);
+  const double step = kRange / static_cast<double>(rows.size());
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    contents.Bookmark(rows[row]);
+    contents.Fields("Position")->Value(static_cast<double>(row) * step);
+  }
+  contents.Update();
 }
 
 // An identifier as a pattern that it alone matches: its own wildcards stand for themselves.
@@ -91,14 +118,18 @@ void clsVeskManual::RepositionContents(const std::string& ManualID, const std::s
   const double place = previous > 0 ? previous / 2 + target : 0;
   contents->MoveFirst();
   contents->Find(document);
-  if (!contents->Eof()) contents->Fields("Position")->Value(place);
-  contents->Update();
-  if (place - previous < kCloseTogether) {
-    contents->Close();
-    contents = dataServer_->open(inOrder);
-    const double step = kRange / contents->RecordCount();
-    for (int row = 0; !contents->Eof(); contents->MoveNext(), ++row)
-      contents->Fields("Position")->Value(row * step);
+  const Variant moved = contents->Eof() ? Variant() : contents->Bookmark();
+  if (previous > 0 && !(place > target && std::isfinite(place))) {
+    // Every move to the end makes places grow, up to where no number is behind the target's.
+    spread(*contents, moved, place);
+  } else {
+    if (!moved.isEmpty()) contents->Fields("Position")->Value(place);
+    contents->Update();
+    if (place - previous < kCloseTogether) {
+      contents->Close();
+      contents = dataServer_->open(inOrder);
+      spread(*contents, {}, place);
+    }
   }
   contents->Close();
   operation.commit();

@@ -1,9 +1,11 @@
 // What is in a manual, in which order, and which manuals somebody has.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "support/distribution_session.h"
+#include "support/engine_answers.h"
 #include "support/other_user.h"
 #include "support/scale.h"
 
@@ -82,6 +84,53 @@ TEST_F(ManualContents, PlacesThatComeTooCloseAreSpread) {
   const auto places = reg_.open("Select [Position] From ManualContents Order By [Position]");
   for (int row = 0; !places->Eof(); places->MoveNext(), ++row)
     EXPECT_EQ(places->Fields(0)->Value(), Variant(row * (99.0 / 7)));
+}
+
+TEST_F(ManualContents, PlacesThatLeaveTheirTypeAreSpread) {
+  const Move cases[] = {
+      // More than any number is behind all others.
+      {{"1E308", "1.2E308", "1.5E308"}, "A", 3, {"B|0", "C|33", "A|66"}},
+      {{"1.2E308", "1.4E308", "1.5E308"}, "A", 2, {"B|0", "C|33", "A|66"}},
+      {{"1.5E308"}, "A", 1, {"A|0"}},
+      {{"1E308", "1.2E308", "1.5E308"}, "X", 3, {"A|0", "B|33", "C|66"}},
+      // As long as there is a number, it is taken.
+      {{"1E308", "1.2E308", "1.5E308"}, "A", 2, {"B|1.2E+308", "C|1.5E+308", "A|1.7E+308"}},
+      // Half of the one before is lost beside the target: nothing would say which comes first.
+      {{"1", "1E20", "2E20"}, "C", 2, {"A|0", "B|33", "C|66"}},
+      {{"1", "1E20", "2E20"}, "A", 2, {"B|0", "A|33", "C|66"}},
+  };
+  for (const auto& c : cases) {
+    fill("M1", c.before);
+    manual().RepositionContents("M1", c.document, c.position);
+    EXPECT_EQ(order("M1"), c.after) << c.document << " to " << c.position;
+  }
+}
+
+TEST_F(ManualContents, HoweverOftenAllAreMovedToTheEndTheyKeepTheirOrder) {
+  fill("M1", {"1E300", "2E300", "3E300"});
+  // From 1E300 it takes some sixty moves to the largest number there is.
+  std::string expected = "ABC";
+  for (int move = 0; move < 100; ++move) {
+    manual().RepositionContents("M1", expected.substr(0, 1), 3);
+    std::rotate(expected.begin(), expected.begin() + 1, expected.end());
+    std::string found;
+    for (const auto& row : order("M1")) {
+      found += row[0];
+      EXPECT_TRUE(std::isfinite(std::stod(row.substr(2)))) << row;
+    }
+    ASSERT_EQ(found, expected) << "after " << move + 1 << " moves";
+  }
+}
+
+TEST_F(ManualContents, PlacesThatOthersHaveLetGrowOutOfTheirTypeAreSpread) {
+  for (const auto& endless : test::numbersWithoutEnd()) {
+    fill("M1", {"10", "20", "30"});
+    test::RawRegister(reg_.path())
+        .execute("UPDATE \"ManualContents\" SET \"Position\" = " + endless +
+                 " WHERE \"DocumentID\" <> 'A'");
+    manual().RepositionContents("M1", "A", 3);
+    EXPECT_EQ(order("M1"), (Texts{"B|0", "C|33", "A|66"})) << endless;
+  }
 }
 
 TEST_F(ManualContents, RepositioningRunsTheseStatements) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "support/test_register.h"
 #include "support/test_server.h"
@@ -11,6 +12,9 @@ namespace kv::test {
 
 // Numbers of a counter that were taken in a transaction and undone with it are given out again.
 [[nodiscard]] bool countersGoBack();
+
+// Numbers that no register should hold and that the engine can, as its own statements write them.
+[[nodiscard]] std::vector<std::string> numbersWithoutEnd();
 
 // How the engine would run a statement of the dialect, in its own words.
 [[nodiscard]] std::string planOf(const TestRegister& reg, const std::string& sql);

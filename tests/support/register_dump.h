@@ -82,7 +82,7 @@ class RawRegister {
     execute(onServer() ? "DROP TRIGGER refuse ON \"" + table + "\"" : "DROP TRIGGER refuse");
   }
 
- private:
+  // A statement in the engine's own words.
   void execute(const std::string& sql) const {
     if (onServer()) {
       TestServer::run(path_, sql);
@@ -91,6 +91,8 @@ class RawRegister {
     EXPECT_EQ(sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
         << sqlite3_errmsg(database_.get()) << ": " << sql;
   }
+
+ private:
   [[nodiscard]] std::vector<std::string> lines(const std::string& sql) const {
     std::vector<std::string> out;
     std::istringstream in(TestServer::run(path_, sql));
