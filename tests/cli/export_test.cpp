@@ -6,6 +6,9 @@
 
 #include "cli/import/importer.h"
 #include "cli/verb_register.h"
+#include "common/convert.h"
+#include "support/engine_answers.h"
+#include "support/register_dump.h"
 #include "support/shared_data.h"
 
 namespace kv {
@@ -27,6 +30,10 @@ class Filled {
     return test::run({"export", reg_.path(), "-u", "Maker", folder});
   }
   void execute(const std::string& sql) const { (void)reg_.execute(sql); }
+  void executeRaw(const std::string& sql) const { test::RawRegister(reg_.path()).execute(sql); }
+  [[nodiscard]] std::vector<std::string> rows(const std::string& sql) const {
+    return reg_.rows(sql);
+  }
   [[nodiscard]] std::string value(const std::string& sql) const { return reg_.value(sql); }
   // All rows of the tables that the format carries, whatever order they are kept in.
   [[nodiscard]] std::map<std::string, std::vector<std::string>> contents() const {
@@ -132,6 +139,28 @@ TEST(ExportVerb, LeavesNothingBehindWhenSomethingWouldBeLost) {
                     "Delete * From Personals Where UserID = 'User3' and IsNull(CopyNumber)"),
             "Personals: 6 rows are made that the register has not")
       << "one document of a manual is no copy of it";
+}
+
+// A place that the files cannot hold is no reason to keep a register where it is.
+TEST(ExportVerb, PlacesThatLeftTheirTypeComeBackInTheirOrder) {
+  for (const auto& endless : test::numbersWithoutEnd()) {
+    const Filled before(KVVESK_SOURCE "/examples/register");
+    const auto order = [](const Filled& filled, const std::string& what) {
+      return filled.rows("Select " + what +
+                         " From Manuals Inner Join ManualContents On Manuals.ManualID = "
+                         "ManualContents.ManualID Order By Manuals.ID, [Position]");
+    };
+    before.execute("Update ManualContents Set [Position] = Null Where [Position] = 1");
+    before.executeRaw("UPDATE \"ManualContents\" SET \"Position\" = " + endless +
+                      " WHERE \"Position\" IN (7, 4.5)");
+    const auto documents = order(before, "Manuals.ID, DocumentID");
+    const auto outcome = before.exportTo(before.file("exported"));
+    ASSERT_EQ(outcome.code, 0) << endless << outcome.err;
+    const Filled after(before.file("exported"));
+    EXPECT_EQ(order(after, "Manuals.ID, DocumentID"), documents) << endless;
+    for (const auto& place : order(after, "[Position]"))
+      EXPECT_TRUE(parseNumber(place)) << endless << ": " << place;
+  }
 }
 
 class ExportRefusal : public test::VerbTest {};

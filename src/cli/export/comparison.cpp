@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 
+#include "cli/export/places.h"
 #include "cli/import/importer.h"
 #include "cli/output.h"
 #include "common/convert.h"
@@ -87,7 +88,11 @@ class Register {
   // Values as text, by column; nothing for none, which an empty text and no revision are as well.
   [[nodiscard]] std::vector<Row> read(const std::string& table, bool keepIdentifiers) const {
     std::vector<Row> out;
-    const auto rs = openOwn(database_, "Select * From [" + table + "]", kReadOnly);
+    const bool placed = table == "ManualContents";
+    const auto rs =
+        openOwn(database_,
+                "Select * From [" + table + "]" + (placed ? " Order By ManualID, [Position]" : ""),
+                kReadOnly);
     std::vector<Ref<Field>> fields;
     fields.reserve(static_cast<std::size_t>(rs->Fields().Count()));
     for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) fields.push_back(rs->Fields(i));
@@ -103,7 +108,20 @@ class Register {
       if (table == "Manuals" && !keepIdentifiers) row.erase("ManualID");
       out.push_back(std::move(row));
     }
+    if (placed) even(out);
     return out;
+  }
+
+  // Places as the files have them.
+  static void even(std::vector<Row>& contents) {
+    std::vector<std::string> manuals;
+    std::vector<std::string> places;
+    for (const auto& row : contents) {
+      manuals.push_back(row.at("ManualID"));
+      places.push_back(row.at("Position"));
+    }
+    evenPlaces(manuals, places);
+    for (std::size_t row = 0; row < contents.size(); ++row) contents[row]["Position"] = places[row];
   }
 
   std::shared_ptr<Database> database_;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <set>
 
+#include "cli/export/places.h"
 #include "cli/import/importer.h"
 #include "cli/output.h"
 #include "cli/whole_number.h"
@@ -295,9 +296,17 @@ void Exporter::writeManuals() {
         {"manual_key", "manual_name", "workgroup", "owned_documents", "participating_documents"},
         records);
   records.clear();
-  for (auto row = rows("Select ManualID, DocumentID, Position From ManualContents"); row.next();)
-    records.push_back(
-        {manualKey(row.at("ManualID")), row.at("Position"), documentKey(row.at("DocumentID"))});
+  std::vector<std::string> manuals;
+  std::vector<std::string> places;
+  for (auto row = rows("Select ManualID, DocumentID, [Position] From ManualContents Order By "
+                       "ManualID, [Position]");
+       row.next();) {
+    manuals.push_back(row.at("ManualID"));
+    places.push_back(row.at("Position"));
+    records.push_back({manualKey(manuals.back()), "", documentKey(row.at("DocumentID"))});
+  }
+  evenPlaces(manuals, places);
+  for (std::size_t row = 0; row < records.size(); ++row) records[row][1] = places[row];
   write("manual_contents", {"manual_key", "position", "document_key"}, records);
 }
 
