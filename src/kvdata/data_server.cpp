@@ -14,6 +14,8 @@ void kvDataServer::OpenConnection(const std::string& ConnectionString,
     auto connection = kvConnection::open(ConnectionString);
     if (profile->connection()) profile->connection()->Close();
     profile->attach(std::move(connection));
+    // Whoever was logged in was known to the register that was open before, and not to this one.
+    profile->setUser({}, {}, {}, false);
   } else if (!profile->connection()) {
     raise(kNoConnection);
   }

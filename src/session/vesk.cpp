@@ -162,12 +162,10 @@ Variant clsVesk::Login(const std::string& UserName, const std::string& Password,
 
   const Ref<kvProfile> profile = mainUser_->Profile();
   dataServer_->Profile(profile);
+  // Which logs the children in: what they ask about the user, they ask the profile.
   document_->DataServer()->Profile(profile);
-  document_->Login();
   manual_->DataServer()->Profile(profile);
-  manual_->Login();
   revision_->DataServer()->Profile(profile);
-  revision_->Login();
   // A user without a profile row has no right at all.
   if (profile->Rights().empty() && profile->Administrator() == 0)
     profile->Rights(std::string(kRightsLength, '0'));

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
+#include "rights/rights.h"
 #include "session/version.h"
 #include "support/error_check.h"
 #include "support/test_register.h"
@@ -180,6 +183,49 @@ TEST_F(Vesk, LogsInOnTheConnectionOfAProfile) {
   const test::TestSession vesk;
   vesk->Login("Anna", "secret", "", server.Profile());
   EXPECT_EQ(server.Profile()->UserID(), "User1");
+}
+
+TEST_F(Vesk, ALogInReachesChildrenThatHadAnotherProfile) {
+  const test::TestSession vesk;
+  vesk->OpenConnection(reg_.path());
+  const Ref<kvDataServer> servers[] = {vesk->Document()->DataServer(), vesk->Manual()->DataServer(),
+                                       vesk->Revision()->DataServer()};
+  for (const auto& server : servers) server->Profile(makeRef<kvProfile>());
+  vesk->Login("Anna", "secret");
+  for (const auto& server : servers) {
+    EXPECT_EQ(server->Profile(), vesk->DataServer()->Profile());
+    EXPECT_EQ(server->Profile()->UserID(), "User1");
+  }
+  EXPECT_TRUE(vesk->Manual()->Add("name", "", "", "", "", "").starts_with("User1"))
+      << "what a child adds is the user's";
+}
+
+TEST_F(Vesk, AnotherRegisterNeedsALogInOfItsOwn) {
+  const test::TestRegister other;
+  other.addUser(1, "Dora", "secret", true);
+  const auto open = [&](clsVesk& vesk) { vesk.OpenConnection(other.path()); };
+  const auto openChild = [&](clsVesk& vesk) { vesk.Document()->OpenConnection(other.path()); };
+  for (const auto& way : std::initializer_list<std::function<void(clsVesk&)>>{open, openChild}) {
+    const test::TestSession vesk;
+    vesk->Login("Anna", "secret", reg_.path());
+    EXPECT_RAISES(kEngineFailure, vesk->OpenConnection(reg_.folder().file("missing.kvv")));
+    EXPECT_TRUE(vesk->UserAccess(urDeleteUser)) << "nothing else was opened";
+    way(*vesk);
+    for (const auto& server : {vesk->DataServer(), vesk->Document()->DataServer(),
+                               vesk->Manual()->DataServer(), vesk->MainUser()->DataServer()}) {
+      EXPECT_EQ(server->Profile()->UserID(), "");
+      EXPECT_EQ(server->Profile()->Administrator(), 0);
+      EXPECT_EQ(server->Profile()->OwnerOverride(), 0);
+    }
+    for (std::int16_t right = 1; right <= static_cast<std::int16_t>(kRightsLength); ++right)
+      ASSERT_FALSE(vesk->UserAccess(right)) << right;
+    EXPECT_FALSE(vesk->OwnerAccess(orEditDocumentTitle));
+    EXPECT_RAISES(kErrorBase + 2529, vesk->DocumentManualRelation("M1", "D1"));
+    EXPECT_FALSE(vesk->Revision()->CanApprove("User1", 1, "User1"));
+    EXPECT_RAISES(kErrorBase + 2506, vesk->Login("Anna", "secret"));
+    vesk->Login("Dora", "secret");
+    EXPECT_TRUE(vesk->UserAccess(urDeleteUser));
+  }
 }
 
 TEST_F(Vesk, LogInFailures) {
