@@ -54,14 +54,17 @@ Variant clsVesk::SendActions(const Ref<Recordset>& rsActions, const Ref<Recordse
   if (!rsUsers) return sender->Send(rsActions);
   Variant result;
   if (rsUsers->RecordCount() <= 0) return result;
+  savePending(rsActions);
   Operation operation(mainUser_->DataServer()->Connection());
   if (rsActions->Eof() && rsActions->RecordCount() > 0) rsActions->MoveLast();
   Variant current;
   for (rsUsers->MoveFirst(); !rsUsers->Eof(); rsUsers->MoveNext()) {
     // Sending has left the set behind its last action.
     if (!current.isEmpty()) rsActions->Bookmark(current);
+    Edit edit(rsActions);
     rsActions->Fields("AssigneeID")->Value(rsUsers->Fields("UserID")->Value());
     rsActions->Fields("Assignee")->Value(rsUsers->Fields("UserName")->Value());
+    edit.keep();
     rsActions->Update();
     current = rsActions->Bookmark();
     result = sender->Send(rsActions);

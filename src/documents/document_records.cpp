@@ -127,6 +127,7 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
   savePending(rs);
   Operation operation(dataServer_->Connection(), "Documents", "DocumentID", outOfQuotes(id));
   const auto row = find(id, rs, kSaveDocumentErrors);
+  Edit edit(row);
   setFieldOrNull(*row, "DocumentTitle", title);
   setFieldOrNull(*row, "DocumentNumber", number);
   setFieldOrNull(*row, "DocUser1", user1);
@@ -137,6 +138,7 @@ std::int16_t clsVeskDocument::SaveData(const std::string& id, const std::string&
   row->Fields("SecurityLevel")->Value(Secured);
   row->Fields("Controlled")->Value(Controlled);
   setFieldOrNull(*row, "Location", location);
+  edit.keep();
   row->Update();
   operation.commit();
   if (!rs) row->Close();

@@ -2,11 +2,10 @@
 // connection is kept, or nothing is; inside a transaction of the client's it is a mark in that.
 #pragma once
 
-#include <exception>
 #include <string_view>
-#include <utility>
 
 #include "kvdata/connection.h"
+#include "kvdata/recordset/edit.h"
 
 namespace kv {
 
@@ -65,26 +64,9 @@ inline void savePending(const Ref<Recordset>& rs) {
 // A row being added to a set, by an operation that writes more than that row. When the operation
 // fails the addition is taken back from the set: its number has gone back to the counter, and the
 // rest of what belongs to it is not there.
-class Addition {
+class Addition : public Edit {
  public:
-  explicit Addition(Ref<Recordset> rs) : rs_(std::move(rs)) { rs_->AddNew(); }
-  ~Addition() {
-    if (kept_) return;
-    try {
-      rs_->CancelUpdate();
-    } catch (const std::exception&) {  // the error that led here is the one to tell
-    }
-  }
-  Addition(const Addition&) = delete;
-  Addition& operator=(const Addition&) = delete;
-  Addition(Addition&&) = delete;
-  Addition& operator=(Addition&&) = delete;
-
-  void keep() noexcept { kept_ = true; }
-
- private:
-  Ref<Recordset> rs_;
-  bool kept_ = false;
+  explicit Addition(const Ref<Recordset>& rs) : Edit(rs) { rs->AddNew(); }
 };
 
 }  // namespace kv

@@ -105,7 +105,9 @@ void clsVeskManual::SaveData(const std::string& ManualID, const std::string& Man
   savePending(rs);
   Operation operation(dataServer_->Connection(), "Manuals", "ManualID", outOfQuotes(ManualID));
   const auto row = find(ManualID, rs, kSaveManualErrors);
+  Edit edit(row);
   writeFields(*row, ManualName, user1, user2, user3, user4, Notes);
+  edit.keep();
   row->Update();
   operation.commit();
   if (!rs) row->Close();

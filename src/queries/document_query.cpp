@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/convert.h"
+#include "kvdata/recordset/edit.h"
 
 namespace kv {
 
@@ -34,12 +35,14 @@ void clsDocumentQuery::LoadQuery(const Ref<Recordset>& rs) {
 }
 
 void clsDocumentQuery::SaveQuery(const Ref<Recordset>& rs) const {
+  Edit edit(rs);
   for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
     const auto field = rs->Fields(i);
     if (!isWritten(field->Name())) continue;
     const Variant& value = criteria_.at(field->Name());
     field->Value(equalsEmptyText(value) ? Variant(Null) : value);
   }
+  edit.keep();
   rs->Update();
 }
 

@@ -4,6 +4,7 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "kvdata/recordset/edit.h"
 
 namespace kv {
 
@@ -24,12 +25,14 @@ void clsManualQuery::LoadQuery(const Ref<Recordset>& rs) {
 }
 
 void clsManualQuery::SaveQuery(const Ref<Recordset>& rs) const {
+  Edit edit(rs);
   for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
     const auto field = rs->Fields(i);
     if (!isWritten(field->Name())) continue;
     const Variant& value = criteria_.at(field->Name());
     field->Value(trimmed(joinText(value)).empty() ? Variant(Null) : value);
   }
+  edit.keep();
   rs->Update();
 }
 

@@ -63,6 +63,8 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
   savePending(rsApprovals);
   Operation operation(dataServer_->Connection(), "Revisions", "RevisionID",
                       std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
+  Edit ofList(rsApprovals);
+  Edit ofRevision(rsrevisions);
   const auto status = static_cast<std::int16_t>(decision);
   if (inOrder) {
     requireTurnAsRead(*dataServer_, *rsrevisions);
@@ -77,6 +79,8 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
   }
   NotifyNextapprover(rsrevisions, rsApprovals, sendaction);
   operation.commit();
+  ofList.keep();
+  ofRevision.keep();
   return true;
 }
 

@@ -91,6 +91,7 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
         inQuotes(document) + "'");
   else
     dataServer_->execute("Update ApprovalRouting Set ApprovalStatus = 0 Where RevID = " + number);
+  Edit edit(rs);
   rs->Fields("RoutingStatus")->Value(std::int16_t{1});
   rs->Fields("RevisionStatus")->Value(static_cast<std::int16_t>(RevisionStatus::AwaitingApproval));
   const auto approvers = dataServer_->open("Select * From ApprovalRouting Where RevID = " + number +
@@ -107,12 +108,14 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
   }
   approvers->Close();
   operation.commit();
+  edit.keep();
   return {};
 }
 
 void clsVeskRevision::NotifyNextapprover(const Ref<Recordset>& rsrevisions,
                                          const Ref<Recordset>& rsApprovals, bool sendaction) {
   Operation operation(dataServer_->Connection());
+  Edit edit(rsrevisions);
   const Variant number = rsrevisions->Fields("RevisionID")->Value();
   const auto title = [&] {
     return joinText(
@@ -143,6 +146,7 @@ void clsVeskRevision::NotifyNextapprover(const Ref<Recordset>& rsrevisions,
     setStatus(RevisionStatus::Approved);
   }
   operation.commit();
+  edit.keep();
 }
 
 }  // namespace kv

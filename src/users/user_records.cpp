@@ -94,11 +94,13 @@ bool clsVeskUser::SaveUser(const Ref<Recordset>& rs, const std::string& UserID,
                            const std::string& Password, const std::string& title,
                            const std::string& email) {
   if (!findUser(*rs, UserID)) return false;
+  Edit edit(rs);
   setFieldOrNull(*rs, "UserName", UserName);
   setFieldOrNull(*rs, "Alias", Alias);
   setFieldOrNull(*rs, "Password", Password);
   setFieldOrNull(*rs, "Title", title);
   setFieldOrNull(*rs, "Email", email);
+  edit.keep();
   rs->Update();
   return true;
 }

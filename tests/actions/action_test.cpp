@@ -140,6 +140,25 @@ TEST_F(Actions, OneSetCanBeSentAgain) {
   EXPECT_EQ(sent(), (Texts{"one|User1|Anna", "one|User2|Bert"}));
 }
 
+TEST_F(Actions, AnAssigneeWhoIsOnlyHalfKnownIsNotLeftInTheAction) {
+  const auto record = vesk_->ActionRecord();
+  fill(record, "one");  // still pending
+  EXPECT_RAISES(kNoSuchItem, vesk_->SendActions(record, reg_.open("Select UserID From Users")));
+  EXPECT_EQ(record->EditMode(), kEditNone) << "the caller's action is saved in his set";
+  EXPECT_EQ(record->RecordCount(), 1);
+  EXPECT_EQ(record->Fields("Subject")->Value(), Variant("one"));
+  EXPECT_EQ(record->Fields("AssigneeID")->Value(), Variant(Null));
+  EXPECT_EQ(sent(), Texts{});
+}
+
+TEST_F(Actions, ACompletionThatCannotBeStoredIsNotHalfStored) {
+  addAction("User2", "one");
+  const auto before = everything();
+  EXPECT_RAISES(kTypeMismatch,
+                vesk_->CompleteCloseAction("1", at(2001, 2, 3), Variant("some day")));
+  EXPECT_EQ(everything(), before);
+}
+
 TEST_F(Actions, NothingIsSentToNobody) {
   const auto record = vesk_->ActionRecord();
   fill(record, "one", "User1");

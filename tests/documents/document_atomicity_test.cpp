@@ -124,6 +124,36 @@ TEST_F(DocumentFaults, SaveDataIntoACallersSetLeavesTheEditToTheCaller) {
   EXPECT_EQ(reg_.value("Select DocumentTitle From Documents Where DocumentID = 'D2'"), "new title");
 }
 
+TEST_F(DocumentFaults, AnEditThatFailsHalfWayIsTakenBack) {
+  const auto before = everything();
+  const std::string tooLong(300, 'x');
+  const auto saveInto = [&](const Ref<Recordset>& rs, const std::string& location) {
+    document().SaveData("D1", "half", "", "", "", "", "", "", false, true, location, rs);
+  };
+  const auto rs = all();
+  EXPECT_RAISES(kWrongType, saveInto(rs, tooLong));
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  rs->MoveNext();
+  const auto narrow =
+      document().Records(0, "", "Select ID, DocumentID, DocumentTitle From Documents");
+  EXPECT_RAISES(kNoSuchItem, saveInto(narrow, ""));
+  EXPECT_EQ(narrow->EditMode(), kEditNone);
+  narrow->MoveNext();
+  EXPECT_RAISES(kWrongType, saveInto({}, tooLong));
+  EXPECT_RAISES(kWrongType, document().SetValue("D1", "DocumentTitle", tooLong));
+  EXPECT_EQ(everything(), before) << "no later move stores a part of it";
+}
+
+TEST_F(DocumentFaults, WhatTheCallerHadPendingIsNoPartOfAnEditThatFails) {
+  const auto rs = all();
+  rs->Fields("DocumentTitle")->Value("pending");
+  EXPECT_RAISES(kWrongType, document().SaveData("D1", "half", "", "", "", "", "", "", false, true,
+                                                std::string(300, 'x'), rs));
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  EXPECT_EQ(rs->Fields("DocumentTitle")->Value(), Variant("pending"));
+  EXPECT_EQ(reg_.value("Select DocumentTitle From Documents Where DocumentID = 'D1'"), "pending");
+}
+
 TEST_F(DocumentFaults, ASetWhoseSavingWasUndoneReadsItsRowAgain) {
   const auto rs = all();
   const auto before = everything();

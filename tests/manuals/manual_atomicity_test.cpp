@@ -72,6 +72,24 @@ TEST_F(ManualFaults, SaveDataIntoACallersSetLeavesTheEditToTheCaller) {
   EXPECT_EQ(row("M2").substr(0, 8), "new name");
 }
 
+TEST_F(ManualFaults, AnEditThatFailsHalfWayIsTakenBack) {
+  const auto names = [&] { return reg_.rows("Select ManualName From Manuals Order By ID"); };
+  const std::string tooLong(300, 'x');
+  const auto rs = all();
+  rs->MoveLast();
+  rs->Fields("ManualName")->Value("pending");
+  EXPECT_RAISES(kWrongType, manual().SaveData("M1", "half", "", "", "", tooLong, "", rs));
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  EXPECT_EQ(rs->Fields("ManualName")->Value(), Variant("Name"));
+  rs->MoveNext();
+  EXPECT_EQ(names(), (Texts{"Name", "pending"})) << "what the caller had pending is saved";
+  const auto narrow = manual().Records(0, "", "Select ID, ManualID, ManualName From Manuals");
+  EXPECT_RAISES(kNoSuchItem, manual().SaveData("M1", "half", "", "", "", "", "", narrow));
+  EXPECT_EQ(narrow->EditMode(), kEditNone);
+  narrow->MoveNext();
+  EXPECT_EQ(names(), (Texts{"Name", "pending"}));
+}
+
 TEST_F(ManualFaults, NewQueryLeavesNothingBehind) {
   EXPECT_EQ(leavesNothingBehind([&] { (void)manual().NewQuery(); }), 1);
 }

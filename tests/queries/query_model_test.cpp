@@ -422,6 +422,31 @@ TEST_F(QueryKinds, WhatTheRecordRefusesReachesTheCaller) {
   EXPECT_EQ(reg_.value("Select Field1 From DocumentQuerys"), "one") << "nothing is half saved";
 }
 
+TEST_F(QueryKinds, ASavingThatFailsHalfWayLeavesTheSetAsItWas) {
+  add("DocumentQuerys", "Field1", "'one'");
+  add("ManualQuerys", "Field1", "'one'");
+  clsDocumentQuery ofDocuments;
+  clsManualQuery ofManuals;
+  const std::pair<const char*, clsQuery*> kinds[] = {{"DocumentQuerys", &ofDocuments},
+                                                     {"ManualQuerys", &ofManuals}};
+  for (const auto& [table, query] : kinds) {
+    SCOPED_TRACE(table);
+    query->LoadQuery(record(table));
+    query->SetQueryValue("Field1", "half");
+    query->SetQueryValue("Field2", std::string(300, 'x'));
+    const auto rs = record(table);
+    EXPECT_RAISES(kWrongType, query->SaveQuery(rs));
+    EXPECT_EQ(rs->EditMode(), kEditNone);
+    rs->Fields("QueryName")->Value("pending");
+    EXPECT_RAISES(kWrongType, query->SaveQuery(rs));
+    EXPECT_EQ(rs->EditMode(), kEditInProgress);
+    EXPECT_EQ(rs->Fields("Field1")->Value(), Variant("one"));
+    EXPECT_EQ(rs->Fields("QueryName")->Value(), Variant("pending")) << "the caller's own stays his";
+    rs->MoveFirst();
+    EXPECT_EQ(reg_.value(std::string("Select QueryName, Field1 From ") + table), "pending|one");
+  }
+}
+
 TEST_F(QueryKinds, FieldTypesAreLoadedOnce) {
   reg_.execute("Delete * From UserConfig");
   clsUserQuery query;

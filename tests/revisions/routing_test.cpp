@@ -304,6 +304,54 @@ TEST_F(RoutingFaults, NotifyingLeavesNothingBehind) {
   EXPECT_EQ(tasks(), Texts{"User3|Your Approval is required."});
 }
 
+TEST_F(RoutingFaults, WhatFailsLeavesTheCallersRowAsItWas) {
+  addToList(2, 10);
+  options("00000011000");
+  const std::int32_t routed = addRevision(2);
+  const std::int32_t id = awaiting("00");
+  const struct {
+    std::int32_t revision;
+    std::function<void(const Ref<Recordset>&)> run;
+  } cases[] = {
+      {routed, [&](const auto& rs) { revision().RouteForApproval(rs, true); }},
+      {id, [&](const auto& rs) { revision().NotifyNextapprover(rs, listOf(id), true); }},
+      {id, [&](const auto& rs) { revision().ApproveRevision(rs, "User2", "User2", listOf(id)); }},
+      {id, [&](const auto& rs) { revision().RejectRevision(rs, "User2", "User2", listOf(id)); }},
+  };
+  const auto before = everything();
+  for (const auto& c : cases) {
+    const auto rs = revision().GetRevRS(c.revision);
+    const auto states = statesIn(rs);
+    const auto fails = [&] {
+      test::RawRegister(reg_.path()).refuse("INSERT", "Actions");
+      EXPECT_RAISES(kEngineFailure, c.run(rs));
+      test::RawRegister(reg_.path()).allowAgain("Actions");
+      EXPECT_EQ(statesIn(rs), states);
+    };
+    fails();
+    EXPECT_EQ(rs->EditMode(), kEditNone);
+    rs->Fields("RevUser1")->Value("pending");
+    fails();
+    EXPECT_EQ(rs->EditMode(), kEditInProgress);
+    EXPECT_EQ(rs->Fields("RevUser1")->Value(), Variant("pending")) << "the caller's own stays his";
+    rs->CancelUpdate();
+    EXPECT_EQ(everything(), before);
+  }
+}
+
+TEST_F(RoutingFaults, ADecisionThatFailsIsTakenBackFromTheList) {
+  options("00000011010");
+  const std::int32_t id = awaiting("00");
+  const auto before = everything();
+  const auto rs = revision().GetRevRS(id);
+  const auto list = listOf(id);
+  EXPECT_RAISES(kWrongType,
+                revision().ApproveRevision(rs, std::string(300, 'x'), "User2", list, false));
+  EXPECT_EQ(list->EditMode(), kEditNone);
+  list->MoveFirst();
+  EXPECT_EQ(everything(), before);
+}
+
 TEST_F(RoutingFaults, InAClientsTransactionRollbackUndoesEverything) {
   addToList(2, 10);
   options("00000011000");

@@ -251,7 +251,6 @@ TEST_F(Users, ASetWithoutTheColumnsRaises) {
   const auto rs = user().Records(-1, "", "", "UserID, UserName");
   EXPECT_RAISES(kNoSuchItem, (void)loaded.from(user(), rs, "User1"));
   EXPECT_RAISES(kNoSuchItem, user().SaveUser(rs, "User1", "A", "", "", "", ""));
-  rs->CancelUpdate();
 }
 
 TEST_F(Users, SaveUserWritesTheFieldsAndNothingElse) {
@@ -267,6 +266,25 @@ TEST_F(Users, SaveUserWritesTheFieldsAndNothingElse) {
   EXPECT_EQ(row("User2"), "User2|~|~|~|~|~") << "empty text is stored as Null";
   EXPECT_EQ(row("User1"), other);
   EXPECT_EQ(reg_.rows("Select * From VeskProfiles"), profiles);
+}
+
+TEST_F(Users, AnEditThatFailsHalfWayIsTakenBack) {
+  const auto rs = everybody();
+  const std::string bert = row("User2");
+  rs->Fields("Title")->Value("pending");
+  EXPECT_RAISES(kWrongType,
+                user().SaveUser(rs, "User2", "half", std::string(300, 'x'), "", "", ""));
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  EXPECT_EQ(rs->Fields("UserName")->Value(), Variant("Bert"));
+  rs->MoveFirst();
+  EXPECT_EQ(row("User2"), bert) << "no later move stores a part of it";
+  EXPECT_EQ(reg_.value("Select Title From Users Where UserID = 'User1'"), "pending")
+      << "what the caller had pending is saved";
+  const auto narrow = user().Records(-1, "", "", "UserID, UserName");
+  EXPECT_RAISES(kNoSuchItem, user().SaveUser(narrow, "User2", "half", "", "", "", ""));
+  EXPECT_EQ(narrow->EditMode(), kEditNone);
+  narrow->MoveFirst();
+  EXPECT_EQ(row("User2"), bert);
 }
 
 // ---- adding ----

@@ -133,6 +133,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void Sort(const std::string& columns);
 
  private:
+  friend class Edit;
   friend class Field;
   friend class Fields;
 
