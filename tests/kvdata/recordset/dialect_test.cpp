@@ -295,8 +295,8 @@ TEST_F(DialectWrites, WhatIsCalculatedIsNeverStoredWithoutEnd) {
     EXPECT_EQ(places(), before) << statement;
     EXPECT_EQ(reg_.rows("Select ListOrder From Routing"), std::vector<std::string>{"1E+38"});
   }
-  reg_.execute("Update ManualContents Set [Position] = [Position] / 2 + 1 Where DocumentID = 'A'");
-  EXPECT_EQ(reg_.value("Select [Position] From ManualContents Where DocumentID = 'A'"), "5E+199");
+  reg_.execute("Update ManualContents Set [Position] = [Position] * 2 + 1 Where DocumentID = 'A'");
+  EXPECT_EQ(reg_.value("Select [Position] From ManualContents Where DocumentID = 'A'"), "2E+200");
 }
 
 TEST_F(DialectWrites, AnExplicitCounterMovesTheCounterOn) {
