@@ -7,6 +7,7 @@
 #include "cli/answer_set.h"
 #include "cli/client_transaction.h"
 #include "cli/released_copies.h"
+#include "cli/user_lookup.h"
 #include "common/error.h"
 #include "common/text.h"
 
@@ -20,10 +21,17 @@ std::string documents(std::int32_t count) {
   return count == 1 ? "1 document" : fmt::format("{} documents", count);
 }
 
+// Who is given a copy.
+std::string holdReceiver(const Session& session, ClientTransaction& transaction,
+                         const CopyChange& change) {
+  return change.user ? findAndHoldUser(session, transaction, *change.user)
+                     : session.profile()->UserID();
+}
+
 int giveDocument(const Options& options, const Session& session, const CopyChange& change) {
   ClientTransaction transaction(session);
   const DocumentKey document = findDocument(session, *change.document);
-  const std::string user = holderOf(session, change.user);
+  const std::string user = holdReceiver(session, transaction, change);
   std::int32_t release = 0;
   session->DocumentUserRelation(document.joined, doubledQuotes(user), change.hard, false, release);
   transaction.commit();
@@ -51,9 +59,9 @@ std::string releaseNumbered(const Session& session, const ManualKey& manual,
 int giveManual(const Options& options, const Session& session, const CopyChange& change) {
   ClientTransaction transaction(session);
   const ManualKey manual = findManual(session, *change.manual);
+  const std::string user = holdReceiver(session, transaction, change);
   // Nobody else takes the number meanwhile.
   transaction.lock("Manuals", "ManualID", manual.id);
-  const std::string user = holderOf(session, change.user);
   if (!change.hard) {
     session->Manual()->AddUser(manual.joined, doubledQuotes(user));
     const std::int32_t rows = documentsHeld(session, manual, user, false);

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "cli/client_transaction.h"
 #include "cli/options.h"
 #include "common/variant.h"
 #include "kvdata/recordset/database.h"
@@ -17,6 +18,12 @@ namespace kv::cli {
 // guess.
 [[nodiscard]] std::string findUser(const std::shared_ptr<Database>& database,
                                    const std::string& user);
+
+// The same, and until the transaction ends nobody deletes the user, whom what is written would then
+// name in vain. Users are held before manuals, and those before documents, so that no two
+// transactions wait for each other.
+[[nodiscard]] std::string findAndHoldUser(const Session& session, ClientTransaction& transaction,
+                                          const std::string& user);
 
 // The user whose things are listed: the logged-in one when none is named, who needs no right for
 // it, by ID or name either. Raises 70 for anybody else without the right to look at users.

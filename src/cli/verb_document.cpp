@@ -44,7 +44,7 @@ std::string addOne(const Session& session, const NewDocument& given) {
   // A revision in force always says since when.
   if (given.current && effective.empty()) effective = isoText(today());
   return session->Document()->Add(
-      session.profile()->UserID(), f.title.value_or(""), f.number.value_or(""),
+      doubledQuotes(session.profile()->UserID()), f.title.value_or(""), f.number.value_or(""),
       f.field1.value_or(""), f.field2.value_or(""), f.field3.value_or(""), f.field4.value_or(""),
       f.notes.value_or(""), 0, f.location.value_or(""), given.level.value_or(""), effective,
       given.current, f.controlled.value_or(true), f.secured.value_or(false));
@@ -63,6 +63,7 @@ std::string addUnique(const Session& session, const NewDocument& given) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     {
       ClientTransaction transaction(session);
+      transaction.lockNewNames();
       std::string id = addOne(session, given);
       if (session->Document()->Record(doubledQuotes(id))->RecordCount() == 1) {
         transaction.commit();

@@ -65,7 +65,7 @@ int add(const Options& options, Entry entry) {
   const Session session(options);
   session.requireRight(urAddKeywordsToValidatedFields);
   ClientTransaction transaction(session);
-  transaction.lock("Keywords");
+  transaction.lockNewNames();
   entry.field = fieldNamed(session, entry.field);
   if (isKeyword(session, entry))
     throw Error(kInvalidCall, "kvvesk",
@@ -82,7 +82,7 @@ int remove(const Options& options, const Entry& entry) {
   const Session session(options);
   session.requireRight(urAddKeywordsToValidatedFields);
   ClientTransaction transaction(session);
-  transaction.lock("Keywords");
+  transaction.lockNewNames();
   if (!isKeyword(session, entry))
     throw Error(kInvalidCall, "kvvesk",
                 "The field " + entry.field + " has no keyword '" + entry.keyword + "'.");

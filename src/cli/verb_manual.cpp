@@ -55,6 +55,7 @@ std::string addUnique(const Session& session, const ManualFields& f) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     {
       ClientTransaction transaction(session);
+      transaction.lockNewNames();
       std::string id = session->Manual()->Add(f.name.value_or(""), f.field1.value_or(""),
                                               f.field2.value_or(""), f.field3.value_or(""),
                                               f.field4.value_or(""), f.notes.value_or(""));

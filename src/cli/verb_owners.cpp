@@ -107,8 +107,9 @@ void done(const Options& options, const std::string& sentence, const DocumentKey
 int addOwner(const Options& options, const Words& words) {
   const Session session(options);
   ClientTransaction transaction(session);
-  const DocumentKey document = findDocument(session, words.document);
-  const std::string user = findUser(session.database(), words.user);
+  const std::string which = findDocument(session, words.document).id;
+  const std::string user = findAndHoldUser(session, transaction, words.user);
+  const DocumentKey document = findAndHoldDocument(session, transaction, which);
   session->Document()->AddOwner(document.joined, doubledQuotes(user));
   transaction.commit();
   done(options, user + " now owns the document " + document.id, document, user);
@@ -130,9 +131,9 @@ int removeOwner(const Options& options, const Words& words) {
 int addApprover(const Options& options, const Words& words) {
   const Session session(options);
   ClientTransaction transaction(session);
-  const DocumentKey document = findDocument(session, words.document);
-  transaction.lock("Documents", "DocumentID", document.id);
-  const std::string user = findUser(session.database(), words.user);
+  const std::string which = findDocument(session, words.document).id;
+  const std::string user = findAndHoldUser(session, transaction, words.user);
+  const DocumentKey document = findAndHoldDocument(session, transaction, which);
   session->Document()->AddApprover(document.joined, doubledQuotes(user));
   putLast(session, document, user);
   std::string where;
@@ -161,8 +162,7 @@ int removeApprover(const Options& options, const Words& words) {
 int moveApprover(const Options& options, const Words& words) {
   const Session session(options);
   ClientTransaction transaction(session);
-  const DocumentKey document = findDocument(session, words.document);
-  transaction.lock("Documents", "DocumentID", document.id);
+  const DocumentKey document = findAndHoldDocument(session, transaction, words.document);
   // The library leaves the order to whoever calls it; it is part of making the list.
   requireFieldRight(session, document, urassigndocumentapprovers, oraddremoveapprovers);
   const std::string user = findApprover(session, document, words.user);

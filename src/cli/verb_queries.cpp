@@ -79,6 +79,14 @@ void requireFreeName(const Session& session, const QueryKind& kind, const std::s
                 std::string("There is a ") + kind.kind + " query '" + name + "' already.");
 }
 
+// Registers that share their users share the queries of users, too, and lock there.
+void lockNames(ClientTransaction& transaction, const QueryKind& kind) {
+  if (kind.of == Queried::Users)
+    transaction.lock("Users");
+  else
+    transaction.lockNewNames();
+}
+
 void requireName(const std::string& name) {
   if (name.empty()) throw UsageError("a query needs a name");
 }
@@ -103,7 +111,7 @@ int save(const Options& options, const QueryKind& kind, const std::string& name,
   const Session session(options);
   session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
-  transaction.lock(kind.table);
+  lockNames(transaction, kind);
   if (!replace) requireFreeName(session, kind, name);
   const bool known = isQueryName(session, name, kind);
   const auto query = known ? SavedQuery::load(session, kind, findQueryNamed(session, name, kind))
@@ -128,7 +136,7 @@ int edit(const Options& options, const QueryKind& kind, const std::string& which
   const Session session(options);
   session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
-  transaction.lock(kind.table);
+  lockNames(transaction, kind);
   const auto query = SavedQuery::load(session, kind, findQuery(session, which, kind));
   if (name) {
     requireFreeName(session, kind, *name, query->id());
@@ -146,6 +154,7 @@ int remove(const Options& options, const QueryKind& kind, const std::string& whi
   const Session session(options);
   session.requireRight(kind.changeRight);
   ClientTransaction transaction(session);
+  lockNames(transaction, kind);
   const std::int32_t id = findQuery(session, which, kind);
   SavedQuery::remove(session, kind, id);
   transaction.commit();

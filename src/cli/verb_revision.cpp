@@ -76,13 +76,14 @@ int add(const Options& options, const std::string& document, const RevisionField
         const std::optional<std::string>& responsible) {
   const Session session(options);
   ClientTransaction transaction(session);
-  const DocumentKey key = findDocument(session, document);
-  requireOwner(key.owned);
-  const std::string user =
-      responsible ? findUser(session.database(), *responsible) : session.profile()->UserID();
+  const DocumentKey found = findDocument(session, document);
+  requireOwner(found.owned);
+  const std::string user = responsible ? findAndHoldUser(session, transaction, *responsible)
+                                       : session.profile()->UserID();
+  const DocumentKey key = findAndHoldDocument(session, transaction, found.id);
   const std::int32_t id = session->Revision()->Add(
-      key.id, fields.level.value_or(""), fields.field1.value_or(""), fields.field2.value_or(""),
-      fields.description.value_or(""), fields.location.value_or(""), false, user,
+      key.joined, fields.level.value_or(""), fields.field1.value_or(""), fields.field2.value_or(""),
+      fields.description.value_or(""), fields.location.value_or(""), false, doubledQuotes(user),
       fields.effective.value_or(""));
   transaction.commit();
   writeDone(std::cout, "added the revision " + std::to_string(id) + " to " + key.id,

@@ -90,15 +90,16 @@ int decide(const Options& options, std::int32_t revision, Decision decision,
   const Approver approver = findApprover(session, revision, user);
   requireDecider(session, found, revision, approver);
   const SentActions sent(session, found.documentId, revision);
-  const std::string& self = session.profile()->UserID();
+  const std::string self = doubledQuotes(session.profile()->UserID());
+  const std::string whose = doubledQuotes(approver.id);
   const auto& revisions = session->Revision();
   const auto list = revisions->GetRevApprovalList(revision);
   const bool approved = decision == Decision::Approve;
-  if (!(approved ? revisions->ApproveRevision(found.row, self, approver.id, list)
-                 : revisions->RejectRevision(found.row, self, approver.id, list)))
+  if (!(approved ? revisions->ApproveRevision(found.row, self, whose, list)
+                 : revisions->RejectRevision(found.row, self, whose, list)))
     refuseTurn(session, found, revision, approver);
   found.row->Update();
-  if (notes) revisions->SaveApprovalNotes(*notes, approver.id, revision);
+  if (notes) revisions->SaveApprovalNotes(*notes, whose, revision);
   transaction.commit();
   writeStep(std::cout, session,
             (approved ? "approved the " : "rejected the ") + named(revision) + " of " +
