@@ -32,6 +32,11 @@ class Transaction {
     lockRows(connection_, table, column, value);
   }
 
+  // What a new identifier or name must not be yet is decided by one transaction at a time. A table
+  // in which it is looked for may be empty, and rows of others that are not committed are not seen;
+  // the register's settings are one row that is always there.
+  void lockNewNames() { lock("VeskConfig"); }
+
   // Without it everything is undone at the end of the scope.
   void commit() {
     done_ = true;  // a commit that fails has undone everything

@@ -24,6 +24,7 @@ std::string addUnique(const Session& session, const Addable& thing) {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     {
       Transaction transaction(session);
+      transaction.lockNewNames();
       std::string id = thing.add();
       if (thing.withIdentifier(doubledQuotes(id))->RecordCount() == 1) {
         transaction.commit();

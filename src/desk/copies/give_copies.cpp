@@ -4,6 +4,7 @@
 
 #include "common/text.h"
 #include "desk/copies/released_copies.h"
+#include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
 
@@ -22,13 +23,18 @@ std::string releaseNumbered(const Session& session, const ManualKey& manual,
   return *number;
 }
 
+// Who is given a copy.
+std::string holdReceiver(const Session& session, Transaction& transaction, const Holder& user) {
+  return user ? findAndHoldUser(session, transaction, *user) : session.profile()->UserID();
+}
+
 }  // namespace
 
 DocumentCopy giveDocument(const Session& session, const std::string& document, const Holder& user,
                           bool hard) {
   Transaction transaction(session);
   const DocumentKey key = findDocument(session, document);
-  DocumentCopy copy{.documentId = key.id, .userId = holderOf(session, user)};
+  DocumentCopy copy{.documentId = key.id, .userId = holdReceiver(session, transaction, user)};
   session->DocumentUserRelation(key.joined, doubledQuotes(copy.userId), hard, false, copy.release);
   transaction.commit();
   return copy;
@@ -39,9 +45,10 @@ ManualCopy giveHardManual(const Session& session, const std::string& manual, con
   if (number && trimmed(*number).empty()) throw WrongInput("a hard copy needs a number");
   Transaction transaction(session);
   const ManualKey key = findManual(session, manual);
+  ManualCopy copy{
+      .manualId = key.id, .userId = holdReceiver(session, transaction, user), .number = {}};
   // Nobody else takes the number meanwhile.
   transaction.lock("Manuals", "ManualID", key.id);
-  ManualCopy copy{.manualId = key.id, .userId = holderOf(session, user), .number = {}};
   copy.number = releaseNumbered(session, key, doubledQuotes(copy.userId), number);
   copy.documents = documentsHeld(session, key, copy.userId, true, copy.number);
   transaction.commit();
@@ -51,8 +58,9 @@ ManualCopy giveHardManual(const Session& session, const std::string& manual, con
 ManualCopy listManual(const Session& session, const std::string& manual, const Holder& user) {
   Transaction transaction(session);
   const ManualKey key = findManual(session, manual);
+  ManualCopy copy{
+      .manualId = key.id, .userId = holdReceiver(session, transaction, user), .number = {}};
   transaction.lock("Manuals", "ManualID", key.id);
-  ManualCopy copy{.manualId = key.id, .userId = holderOf(session, user), .number = {}};
   session->Manual()->AddUser(key.joined, doubledQuotes(copy.userId));
   copy.documents = documentsHeld(session, key, copy.userId, false);
   transaction.commit();

@@ -1,6 +1,7 @@
 #include "desk/documents/add_document.h"
 
 #include "common/clock.h"
+#include "common/text.h"
 #include "desk/refusal.h"
 #include "desk/unique_identifier.h"
 #include "rights/rights.h"
@@ -15,7 +16,7 @@ std::string addOne(const Session& session, const NewDocument& given) {
   // A revision in force always says since when.
   if (given.current && effective.empty()) effective = isoText(today());
   return session->Document()->Add(
-      session.profile()->UserID(), f.title.value_or(""), f.number.value_or(""),
+      doubledQuotes(session.profile()->UserID()), f.title.value_or(""), f.number.value_or(""),
       f.field1.value_or(""), f.field2.value_or(""), f.field3.value_or(""), f.field4.value_or(""),
       f.notes.value_or(""), 0, f.location.value_or(""), given.level.value_or(""), effective,
       given.current, f.controlled.value_or(true), f.secured.value_or(false));

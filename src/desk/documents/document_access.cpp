@@ -88,6 +88,13 @@ DocumentKey findDocument(const Session& session, const std::string& document) {
   return key;
 }
 
+DocumentKey findAndHoldDocument(const Session& session, Transaction& transaction,
+                                const std::string& document) {
+  const std::string id = findDocument(session, document).id;
+  transaction.lock("Documents", "DocumentID", id);
+  return findDocument(session, id);  // unless somebody was quicker
+}
+
 void requireFieldRight(const Session& session, const DocumentKey& document, std::int16_t userRight,
                        std::int16_t ownerRight) {
   if (session->UserAccess(userRight)) return;

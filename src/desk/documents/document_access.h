@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "desk/session.h"
+#include "desk/transaction.h"
 
 namespace kv::desk {
 
@@ -20,6 +21,10 @@ struct DocumentKey {
 // there only for administrators and their owners. Raises 5 when there is none, and when there are
 // several: which of them was meant is not for us to guess.
 [[nodiscard]] DocumentKey findDocument(const Session& session, const std::string& document);
+
+// The same, and nobody else changes or deletes it until the transaction ends.
+[[nodiscard]] DocumentKey findAndHoldDocument(const Session& session, Transaction& transaction,
+                                              const std::string& document);
 
 // Whether a document is secured from the logged-in user.
 [[nodiscard]] bool isHidden(const Session& session, const std::string& documentId);

@@ -51,9 +51,9 @@ Ref<Recordset> listApprovers(const Session& session, const std::string& document
 ListedApprover addApprover(const Session& session, const std::string& document,
                            const std::string& user, const std::optional<std::string>& before) {
   Transaction transaction(session);
-  const DocumentKey key = findDocument(session, document);
-  transaction.lock("Documents", "DocumentID", key.id);
-  const std::string id = findUser(session.database(), user);
+  const std::string which = findDocument(session, document).id;
+  const std::string id = findAndHoldUser(session, transaction, user);
+  const DocumentKey key = findAndHoldDocument(session, transaction, which);
   session->Document()->AddApprover(key.joined, doubledQuotes(id));
   putLast(session, key, id);
   ListedApprover added{.documentId = key.id, .userId = id, .before = {}};
@@ -79,8 +79,7 @@ ListedApprover removeApprover(const Session& session, const std::string& documen
 ListedApprover moveApprover(const Session& session, const std::string& document,
                             const std::string& user, const std::string& before) {
   Transaction transaction(session);
-  const DocumentKey key = findDocument(session, document);
-  transaction.lock("Documents", "DocumentID", key.id);
+  const DocumentKey key = findAndHoldDocument(session, transaction, document);
   // The library leaves the order to whoever calls it; it is part of making the list.
   requireFieldRight(session, key, urassigndocumentapprovers, oraddremoveapprovers);
   ListedApprover moved{.documentId = key.id,

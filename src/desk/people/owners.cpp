@@ -17,8 +17,9 @@ Ref<Recordset> listOwners(const Session& session, const std::string& document) {
 DocumentUser addOwner(const Session& session, const std::string& document,
                       const std::string& user) {
   Transaction transaction(session);
-  const DocumentKey key = findDocument(session, document);
-  const std::string id = findUser(session.database(), user);
+  const std::string which = findDocument(session, document).id;
+  const std::string id = findAndHoldUser(session, transaction, user);
+  const DocumentKey key = findAndHoldDocument(session, transaction, which);
   session->Document()->AddOwner(key.joined, doubledQuotes(id));
   transaction.commit();
   return {.documentId = key.id, .userId = id};

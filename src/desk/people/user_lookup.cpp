@@ -31,6 +31,13 @@ std::string findUser(const std::shared_ptr<Database>& database, const std::strin
   return id;
 }
 
+std::string findAndHoldUser(const Session& session, Transaction& transaction,
+                            const std::string& user) {
+  const std::string id = findUser(session.database(), user);
+  transaction.lock("Users", "UserID", id);
+  return findUser(session.database(), id);  // unless somebody was quicker
+}
+
 std::string userToLookAt(const Session& session, const std::optional<std::string>& user) {
   const std::string& self = session.profile()->UserID();
   if (!user || equalNoCase(*user, self) || equalNoCase(*user, session.profile()->UserName()))

@@ -8,6 +8,7 @@
 
 #include "common/variant.h"
 #include "desk/session.h"
+#include "desk/transaction.h"
 #include "kvdata/recordset/database.h"
 
 namespace kv::desk {
@@ -17,6 +18,12 @@ namespace kv::desk {
 // guess.
 [[nodiscard]] std::string findUser(const std::shared_ptr<Database>& database,
                                    const std::string& user);
+
+// The same, and until the transaction ends nobody deletes the user, whom what is written would then
+// name in vain. Users are held before manuals, and those before documents, so that no two
+// transactions wait for each other.
+[[nodiscard]] std::string findAndHoldUser(const Session& session, Transaction& transaction,
+                                          const std::string& user);
 
 // The user whose things are listed: the logged-in one when none is named, who needs no right for
 // it, by ID or name either. Raises 70 for anybody else without the right to look at users.

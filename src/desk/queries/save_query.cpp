@@ -30,12 +30,20 @@ void apply(const Session& session, const QueryKind& kind, const QueryCriteria& c
   applyCriteria(criteria, kind.of, typeOf, query);
 }
 
+// Registers that share their users share the queries of users, too, and lock there.
+void lockNames(Transaction& transaction, const QueryKind& kind) {
+  if (kind.of == Queried::Users)
+    transaction.lock("Users");
+  else
+    transaction.lockNewNames();
+}
+
 QuerySaved save(const Session& session, const QueryKind& kind, const std::string& name,
                 const QueryCriteria& criteria, bool replace) {
   QueryChange{.name = name, .criteria = criteria}.check(kind);
   session.requireRight(kind.changeRight);
   Transaction transaction(session);
-  transaction.lock(kind.table);
+  lockNames(transaction, kind);
   if (!replace) requireFreeName(session, kind, name);
   const bool known = isQueryName(session, name, kind);
   const auto query = known ? SavedQuery::load(session, kind, findQueryNamed(session, name, kind))
@@ -75,7 +83,7 @@ std::int32_t editQuery(const Session& session, const QueryKind& kind, const std:
   change.checkChange(kind);
   session.requireRight(kind.changeRight);
   Transaction transaction(session);
-  transaction.lock(kind.table);
+  lockNames(transaction, kind);
   const auto saved = SavedQuery::load(session, kind, findQuery(session, query, kind));
   if (change.name) {
     requireFreeName(session, kind, *change.name, saved->id());
@@ -90,6 +98,7 @@ std::int32_t editQuery(const Session& session, const QueryKind& kind, const std:
 std::int32_t deleteQuery(const Session& session, const QueryKind& kind, const std::string& query) {
   session.requireRight(kind.changeRight);
   Transaction transaction(session);
+  lockNames(transaction, kind);
   const std::int32_t id = findQuery(session, query, kind);
   SavedQuery::remove(session, kind, id);
   transaction.commit();

@@ -55,7 +55,7 @@ Keyword addKeyword(const Session& session, const Keyword& keyword) {
   requireKeyword(keyword.keyword);
   session.requireRight(urAddKeywordsToValidatedFields);
   Transaction transaction(session);
-  transaction.lock("Keywords");
+  transaction.lockNewNames();
   Keyword added{.field = fieldNamed(session, keyword.field), .keyword = keyword.keyword};
   if (isKeyword(session, added))
     refuse("The field " + added.field + " has the keyword '" + added.keyword + "' already.");
@@ -68,7 +68,7 @@ Keyword addKeyword(const Session& session, const Keyword& keyword) {
 void deleteKeyword(const Session& session, const Keyword& keyword) {
   session.requireRight(urAddKeywordsToValidatedFields);
   Transaction transaction(session);
-  transaction.lock("Keywords");
+  transaction.lockNewNames();
   if (!isKeyword(session, keyword))
     refuse("The field " + keyword.field + " has no keyword '" + keyword.keyword + "'.");
   session->User()->DeleteKeyword(session.profile(), doubledQuotes(keyword.field),

@@ -11,8 +11,10 @@ namespace kv::desk {
 std::string storedLocation(const std::string& place) {
   if (engine::isServer(place)) return place;
   std::string out = pathText(std::filesystem::absolute(pathOf(place)).lexically_normal());
-  if (out.find_first_of(";\"'") != std::string::npos)
-    throw WrongInput("the path of a file for users must not contain ; or quotation marks");
+  // Which ends a value in a connection string; quotation marks mean something only at its
+  // beginning.
+  if (out.find(';') != std::string::npos)
+    throw WrongInput("the path of a file for users must not contain ;");
   return out;
 }
 

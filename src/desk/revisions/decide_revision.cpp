@@ -1,5 +1,6 @@
 #include "desk/revisions/decide_revision.h"
 
+#include "common/text.h"
 #include "desk/refusal.h"
 #include "desk/revisions/revision_decision.h"
 
@@ -16,15 +17,16 @@ DecidedRevision decideRevision(const Session& session, std::int32_t revision, De
   const Approver decider = findApprover(session, revision, approver);
   requireDecider(session, found, revision, decider);
   const SentActions sent(session, found.documentId, revision);
-  const std::string& self = session.profile()->UserID();
+  const std::string self = doubledQuotes(session.profile()->UserID());
+  const std::string whose = doubledQuotes(decider.id);
   const auto& revisions = session->Revision();
   const auto list = revisions->GetRevApprovalList(revision);
   const bool taken = decision == Decision::Approve
-                         ? revisions->ApproveRevision(found.row, self, decider.id, list)
-                         : revisions->RejectRevision(found.row, self, decider.id, list);
+                         ? revisions->ApproveRevision(found.row, self, whose, list)
+                         : revisions->RejectRevision(found.row, self, whose, list);
   if (!taken) refuseTurn(session, found, revision, decider);
   found.row->Update();
-  if (notes) revisions->SaveApprovalNotes(*notes, decider.id, revision);
+  if (notes) revisions->SaveApprovalNotes(*notes, whose, revision);
   transaction.commit();
   return {.step = stepDone(session, found, revision, sent), .approver = decider.name};
 }

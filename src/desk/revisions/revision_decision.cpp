@@ -49,7 +49,8 @@ void requireDecider(const Session& session, const FoundRevision& found, std::int
   const bool self = equalNoCase(approver.id, session.profile()->UserID());
   // The library knows a user by the ID that the list has.
   const std::string& user = self ? approver.id : session.profile()->UserID();
-  if (session->Revision()->CanApprove(user, revision, approver.id)) return;
+  if (session->Revision()->CanApprove(doubledQuotes(user), revision, doubledQuotes(approver.id)))
+    return;
   if (self) refuseTurn(session, found, revision, approver);
   if (found.owned) deny(session->orDescription(oroverrideapproval));
   deny(session->urDescription(urApprovalOverride));

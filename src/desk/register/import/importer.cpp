@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "common/text_key.h"
 #include "desk/register/import/user_fields.h"
+#include "kvdata/operation.h"
 #include "kvdata/profile.h"
 #include "kvdata/table_value.h"
 
@@ -115,19 +116,19 @@ ImportReport Importer::run(const std::string& folder) {
     report_.read.emplace_back(file->name(), file->read());
     all_ += file->rows();
   }
-  check(files);
-  if (report_.problems.empty()) {
-    connection_->BeginTrans();
-    try {
-      write(files);
-      if (report_.problems.empty())
-        connection_->CommitTrans();
-      else
-        connection_->RollbackTrans();
-    } catch (...) {
-      if (connection_->isOpen()) connection_->RollbackTrans();
-      throw;
-    }
+  connection_->BeginTrans();
+  try {
+    // What is free now is so when it is written: others give new identifiers one after the other.
+    lockRows(connection_, "VeskConfig");
+    check(files);
+    if (report_.problems.empty()) write(files);
+    if (report_.problems.empty())
+      connection_->CommitTrans();
+    else
+      connection_->RollbackTrans();
+  } catch (...) {
+    if (connection_->isOpen()) connection_->RollbackTrans();
+    throw;
   }
   if (!report_.problems.empty()) report_.written.clear();
   return std::move(report_);
