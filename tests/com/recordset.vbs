@@ -88,6 +88,12 @@ Check "Requery", rs.RecordCount, 13
 
 rs.Filter = "UserID = 'User3' Or UserID = 'User4'"
 Check "Filter", rs.Filter & rs.RecordCount, "UserID = 'User3' Or UserID = 'User4'2"
+rs.Filter = 0
+Check "Filter, taken away by its constant", rs.Filter & rs.RecordCount, "13"
+rs.Filter = "UserID = 'User3'"
+rs.Filter = "0"
+Check "Filter, taken away by its constant as text", rs.Filter & rs.RecordCount, "13"
+rs.Filter = "UserID = 'User3'"
 rs.Filter = ""
 rs.Sort = "UserName DESC"
 Check "Sort", rs.Sort & rs("UserName").Value, "UserName DESCTomas Brandt"

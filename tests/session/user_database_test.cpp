@@ -209,6 +209,89 @@ TEST_F(UserDatabase, SetsOverItsTablesAreEditedThere) {
             (Texts{"Inner Anna", "Inner Bert"}));
 }
 
+// Whatever a set over its tables writes belongs to the transactions that are open in the register.
+TEST_F(UserDatabase, WhatSetsWriteThereBelongsToTheTransaction) {
+  vesk_->OpenConnection(reg_.path());
+  inUsers("Insert Into UserFilters (FilterName) Values ('all')");
+  const std::string users = "Select * From Users Order By ID";
+  const auto set = [&] { return vesk_->GetRecordset(users); };
+  struct Case {
+    const char* what;
+    std::function<void()> write;
+    Texts kept;  // names and titles when it is committed
+  };
+  const Case cases[] = {
+      {"edit",
+       [&] {
+         const auto rs = set();
+         rs->Fields("Title")->Value("Boss");
+         rs->Update();
+       },
+       {"Anna|Boss", "Bert|~"}},
+      {"addition",
+       [&] {
+         const auto rs = set();
+         rs->AddNew();
+         rs->Fields("UserName")->Value("Cleo");
+         rs->Update();
+       },
+       {"Anna|Boss", "Bert|~", "Cleo|~"}},
+      {"deletion",
+       [&] {
+         const auto rs = set();
+         rs->MoveLast();
+         rs->Delete();
+       },
+       {"Anna|Boss", "Bert|~"}},
+      {"deletion of all", [&] { set()->DeleteAll(); }, {}},
+  };
+  const auto connection = vesk_->DataServer()->Connection();
+  const auto stored = [&] { return outside("Select UserName, Title From Users Order By ID"); };
+  for (const auto& c : cases) {
+    const auto before = bothDumps();
+    connection->BeginTrans();
+    c.write();
+    connection->RollbackTrans();
+    EXPECT_EQ(bothDumps(), before) << c.what;
+    connection->BeginTrans();
+    connection->BeginTrans();
+    c.write();
+    connection->RollbackTrans();
+    connection->CommitTrans();
+    EXPECT_EQ(bothDumps(), before) << c.what << " in an inner one";
+    connection->BeginTrans();
+    c.write();
+    connection->CommitTrans();
+    EXPECT_EQ(stored(), c.kept) << c.what;
+  }
+}
+
+TEST_F(UserDatabase, RowsWhoseDeletionThereWasRolledBackComeBack) {
+  vesk_->OpenConnection(reg_.path());
+  const auto rs = vesk_->GetRecordset("Select * From Users Order By ID");
+  const auto connection = vesk_->DataServer()->Connection();
+  connection->BeginTrans();
+  rs->Delete();
+  EXPECT_EQ(rs->RecordCount(), 1);
+  connection->RollbackTrans();
+  EXPECT_EQ(rs->RecordCount(), 2);
+  EXPECT_EQ(test::shown(rs->Fields("UserName")->Value()), "Anna");
+}
+
+TEST_F(UserDatabase, ASavedQueryIsSavedWholeOrNotAtAll) {
+  logIn("Anna");
+  const auto query = vesk_->User()->NewQuery();
+  const auto before = bothDumps();
+  query->SetQueryValue("UserName", "first");
+  query->SetQueryValue("Alias", "second");
+  query->SetQueryValue("Title", std::string(300, 'x'));
+  EXPECT_RAISES(3421, vesk_->User()->SaveQuery(query));
+  EXPECT_EQ(bothDumps(), before);
+  query->SetQueryValue("Title", "third");
+  vesk_->User()->SaveQuery(query);
+  EXPECT_EQ(outside("Select UserName, Alias, Title From UserQuerys"), Texts{"first|second|third"});
+}
+
 TEST_F(UserDatabase, EachHasAConfigurationOfItsOwn) {
   inUsers("Update VeskConfig Set Version = '1.003.009'");
   vesk_->OpenConnection(reg_.path());
@@ -658,8 +741,10 @@ TEST_F(UserDatabase, IsNoRegister) {
 TEST_F(UserDatabase, ClosesWithTheRegister) {
   logIn("Anna");
   const auto rs = vesk_->GetRecordset("Select * From Users Order By ID");
+  EXPECT_EQ(test::shown(rs->Fields("UserName")->Value()), "Anna");
   vesk_->CloseSession();
   EXPECT_RAISES(3709, rs->Requery());
+  EXPECT_RAISES(3709, (void)rs->Fields("UserName")->Value()) << "though it was read before";
   if (test::onServer()) return;
   // Nobody holds the file any more.
   users_->Close();

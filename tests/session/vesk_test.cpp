@@ -287,6 +287,7 @@ TEST_F(Vesk, ClosingTheSessionLetsGoOfEverything) {
   const auto vesk = clsVesk::create(test::kCheapPasswords);
   vesk->Login("Anna", "secret", reg_.path());
   const auto rs = vesk->GetRecordset("Select * From Users");
+  EXPECT_EQ(test::shown(rs->Fields("UserName")->Value()), "Anna");
   const std::weak_ptr<clsVeskDocument> document = vesk->Document().shared();
   vesk->CloseSession();
   EXPECT_FALSE(vesk->DataServer());
@@ -300,6 +301,8 @@ TEST_F(Vesk, ClosingTheSessionLetsGoOfEverything) {
   EXPECT_RAISES(91, (void)vesk->GetRecordset("Select * From Users"));
   EXPECT_RAISES(91, vesk->OpenConnection(reg_.path()));
   EXPECT_RAISES(3709, rs->Requery());
+  EXPECT_RAISES(3709, (void)rs->Fields("UserName")->Value()) << "though it was read before";
+  rs->Close();
 }
 
 TEST_F(Vesk, AClosedSessionDoesNotReopen) {

@@ -14,6 +14,7 @@ namespace kv::test {
 struct Faults {
   int failWriteAfter = -1;   // this many writing statements still succeed; -1: all
   int failCommitAfter = -1;  // the same for commits
+  int failReadAfter = -1;    // the same for statements that read
 };
 
 class FaultyStatement final : public engine::Statement {
@@ -32,10 +33,12 @@ class FaultyStatement final : public engine::Statement {
   }
   std::size_t fetch(engine::RowBlock& b, std::span<const ColumnType> t,
                     std::vector<std::int64_t>& k, std::size_t per, std::size_t most) override {
+    checkRead();
     return inner_->fetch(b, t, k, per, most);
   }
   void fetchKeys(std::vector<std::int64_t>& k, std::size_t per) override {
     check();
+    checkRead();
     inner_->fetchKeys(k, per);
   }
   void reset() override { inner_->reset(); }
@@ -45,6 +48,11 @@ class FaultyStatement final : public engine::Statement {
     if (!writes_ || faults_->failWriteAfter < 0) return;
     if (faults_->failWriteAfter-- == 0)
       throw Error(kEngineFailure, "kvData", "The disk is full. (test)");
+  }
+  void checkRead() {
+    if (writes_ || faults_->failReadAfter < 0) return;
+    if (faults_->failReadAfter-- == 0)
+      throw Error(kEngineFailure, "kvData", "The server does not answer. (test)");
   }
   std::unique_ptr<engine::Statement> inner_;
   std::shared_ptr<Faults> faults_;

@@ -42,6 +42,9 @@ inline constexpr std::int32_t kFromCurrent = 0;
 inline constexpr std::int32_t kFromFirst = 1;
 inline constexpr std::int32_t kFromLast = 2;
 
+// Filter: none, also as text
+inline constexpr std::int32_t kFilterNone = 0;
+
 // GetRows: all rows that are left
 inline constexpr std::int32_t kRestOfRows = -1;
 

@@ -8,6 +8,7 @@
 #include "kvdata/jet/binder.h"
 #include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
+#include "kvdata/recordset/row_source.h"
 
 namespace kv {
 
@@ -47,6 +48,7 @@ void Database::close() noexcept {
   forgetStatements();
   if (engine_) engine_->rollback();
   engine_.reset();
+  stamp_ = kClosedStamp;
 }
 
 engine::Engine& Database::engine() {
@@ -242,6 +244,25 @@ void Database::joinTransactions() {
   joining_ = false;
 }
 
+// ---- what to do when a transaction is undone ----
+
+void Database::whenUndone(std::function<void()> undo) {
+  if (opener_ >= 0) undos_.push_back({static_cast<int>(levels_.size()) - 1, std::move(undo)});
+}
+
+void Database::undoFrom(int level) noexcept {
+  while (!undos_.empty() && undos_.back().level >= level) {
+    undos_.back().run();
+    undos_.pop_back();
+  }
+}
+
+void Database::handUndosOn(int level) noexcept {
+  if (opener_ < 0) undos_.clear();
+  for (auto undo = undos_.rbegin(); undo != undos_.rend() && undo->level >= level; ++undo)
+    undo->level = level - 1;
+}
+
 // ---- Transaction ----
 
 // Reading levels change nothing about what a failure may undo.
@@ -265,6 +286,7 @@ Transaction::Transaction(Database& database, engine::Access access, For whom)
   if (access == engine::Access::Write && open && !openForWriting) {
     engine.commit();
     database_.opener_ = -1;
+    database_.undos_.clear();
   }
   if (database_.opener_ < 0) {
     engine.begin(access);
@@ -281,6 +303,7 @@ Transaction::Transaction(Database& database, engine::Access access, For whom)
 Transaction::~Transaction() {
   if (done_) return;
   if (!database_.isOpen()) {  // closed under it: the engine has rolled back
+    database_.undoFrom(level_);
     leave();
     return;
   }
@@ -301,6 +324,7 @@ Transaction::~Transaction() {
                           // will say so
     }
   }
+  if (opened_ || marked_) database_.undoFrom(level_);
   leave();
 }
 
@@ -330,6 +354,7 @@ void Transaction::leave() noexcept {
   if (database_.joined_.size() > level) database_.joined_.resize(level);
   if (database_.opener_ == level_) database_.opener_ = -1;
   database_.levels_.pop_back();
+  database_.handUndosOn(level_);
   database_.guardStatements();
 }
 

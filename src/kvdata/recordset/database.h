@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <span>
@@ -120,9 +121,14 @@ class Database {
   [[nodiscard]] const std::shared_ptr<const Catalog>& catalog() const noexcept { return catalog_; }
 
   // Changes whenever this connection has written something or has undone something: rows read
-  // before may be stale.
+  // before may be stale. When it closes it is kClosedStamp, and stays so.
   [[nodiscard]] const std::uint64_t& stamp() const noexcept { return stamp_; }
-  void wrote() noexcept { ++stamp_; }
+  void wrote() noexcept {
+    if (engine_) ++stamp_;
+  }
+  // For those who keep in mind what they have written: runs `undo` when a transaction that is open
+  // now is rolled back, and forgets it when all are committed.
+  void whenUndone(std::function<void()> undo);
 
  private:
   friend class Transaction;
@@ -162,6 +168,16 @@ class Database {
   [[nodiscard]] bool runsElsewhere(const jet::Statement& statement) const;
   // Rows were given numbers of their own: the counters follow before they are next used by anybody.
   void settleCounters();
+
+  // Of what was written in the levels from this one on, the last first.
+  void undoFrom(int level) noexcept;
+  // What a level has kept belongs to the one around it, and to nobody when there is none.
+  void handUndosOn(int level) noexcept;
+  struct Undo {
+    int level;
+    std::function<void()> run;
+  };
+  std::vector<Undo> undos_;
 
   std::vector<std::string> numbered_;  // tables whose counters have to follow
   // Open transactions, outermost first.

@@ -1,6 +1,7 @@
 #include "kvdata/recordset/keyset_source.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/convert.h"
 #include "common/error.h"
@@ -32,47 +33,69 @@ KeysetSource::KeysetSource(std::shared_ptr<Database> database, PreparedStatement
   anyUpdatable_ = std::any_of(columns_->begin(), columns_->end(),
                               [](const SourceColumn& column) { return column.updatable; });
   single_ = perRow_ == 1 && (s.scope.size() == 1 || s.rowsOnly);
-  load();
+  requery();
 }
 
-void KeysetSource::load() {
+// Everything is read before anything is given up.
+void KeysetSource::requery() {
   auto& shape = *statement_.shape;
-  keys_.clear();
-  head_.reset(columns_->size());
-  hasHead_ = false;
-  if (!shape.large) {
-    auto& run = database_->ready(statement_, shape.head, shape.emitted.head);
-    const std::size_t most = jet::kHeadRows + 1;
-    const auto rows = run.fetch(head_, shape.types, keys_, perRow_, most + 1);
-    if (rows < most) {
-      hasHead_ = true;
-      slots_ = rows;
-      return;
-    }
-    // More than a head: from now on sets of this shape are read by keys at once.
-    shape.large = true;
-    keys_.clear();
-  }
-  database_->ready(statement_, shape.keys, shape.emitted.keys).fetchKeys(keys_, perRow_);
-  slots_ = keys_.size() / perRow_;
+  if (!shape.large && loadHead()) return;
+  std::vector<std::int64_t> keys;
+  database_->ready(statement_, shape.keys, shape.emitted.keys).fetchKeys(keys, perRow_);
+  keep(std::move(keys));
   shape.large = slots() > jet::kHeadRows;
 }
 
-bool KeysetSource::takeHead(engine::RowBlock& into) {
-  if (!hasHead_) return false;
-  std::swap(into, head_);
-  hasHead_ = false;
-  head_.reset(columns_->size());
+// False for a set of more than a head: from now on sets of this shape are read by keys at once.
+bool KeysetSource::loadHead() {
+  auto& shape = *statement_.shape;
+  auto& run = database_->ready(statement_, shape.head, shape.emitted.head);
+  const std::size_t most = jet::kHeadRows + 1;
+  std::vector<std::int64_t> keys;
+  engine::RowBlock head;
+  head.reset(columns_->size());
+  if (run.fetch(head, shape.types, keys, perRow_, most + 1) >= most) {
+    shape.large = true;
+    return false;
+  }
+  keep(std::move(keys));
+  rows().head = std::move(head);
+  rows().hasHead = true;
   return true;
+}
+
+void KeysetSource::keep(std::vector<std::int64_t> keys) {
+  auto members = std::make_shared<Rows>(nextGeneration(), keys.size() / perRow_);
+  members->keys = std::move(keys);
+  members_ = std::move(members);
+}
+
+bool KeysetSource::takeHead(engine::RowBlock& into) {
+  if (!rows().hasHead) return false;
+  into = std::exchange(rows().head, {});
+  rows().hasHead = false;
+  return true;
+}
+
+RowKey KeysetSource::keyOf(std::size_t slot) const {
+  const auto keys = keysOf(slot);
+  return {keys.begin(), keys.end()};
+}
+
+std::optional<std::size_t> KeysetSource::slotOf(const RowKey& row) const {
+  for (std::size_t slot = 0; slot < slots(); ++slot)
+    if (std::equal(row.begin(), row.end(), keysOf(slot).begin())) return slot;
+  return std::nullopt;
 }
 
 void KeysetSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
   auto& shape = *statement_.shape;
   std::vector<std::int64_t> wanted;
   wanted.reserve(slots.size() * perRow_);
-  for (const auto slot : slots)
-    wanted.insert(wanted.end(), keys_.begin() + static_cast<std::ptrdiff_t>(slot * perRow_),
-                  keys_.begin() + static_cast<std::ptrdiff_t>((slot + 1) * perRow_));
+  for (const auto slot : slots) {
+    const auto keys = keysOf(slot);
+    wanted.insert(wanted.end(), keys.begin(), keys.end());
+  }
   const engine::KeyList list{.keys = wanted, .perRow = perRow_};
   auto& run = database_->ready(statement_, shape.rows, shape.emitted.rows);
   run.bindKeys(1, list);
@@ -137,6 +160,7 @@ KeysetSource::TableEdit KeysetSource::editOf(std::size_t named, const RowEdit& e
 }
 
 std::size_t KeysetSource::add(const RowEdit& edit) {
+  database_->joinTransactions();
   const TableInfo& table = tableOf(0);
   const TableEdit values = editOf(0, edit);
   auto& insert =
@@ -146,24 +170,30 @@ std::size_t KeysetSource::add(const RowEdit& edit) {
   std::vector<std::int64_t> key;
   database_->wrote();
   insert.fetchKeys(key, 1);
-  keys_.push_back(key.at(0));
-  return slots_++;
+  rows().keys.push_back(key.at(0));
+  const auto slot = members_->add();
+  database_->whenUndone([members = std::weak_ptr(members_), slot] {
+    if (const auto rows = members.lock()) rows->undone(slot);
+  });
+  return slot;
 }
 
-void KeysetSource::update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) {
+void KeysetSource::update(const RowKey& row, const RowEdit& edit,
+                          const engine::RowBlock& original) {
   std::vector<std::pair<std::size_t, TableEdit>> edits;
   for (std::size_t t = 0; t < perRow_; ++t) {
     TableEdit own = editOf(t, edit);
     if (own.columns.empty()) continue;
-    if (keys_[slot * perRow_ + t] == engine::kNoKey) raise(kNotAvailable);
+    if (row[t] == engine::kNoKey) raise(kNotAvailable);
     edits.emplace_back(t, std::move(own));
   }
   if (edits.size() == 1) {
-    updateTable(edits[0].first, keys_[slot * perRow_ + edits[0].first], edits[0].second, original);
+    database_->joinTransactions();
+    updateTable(edits[0].first, row[edits[0].first], edits[0].second, original);
     return;
   }
   Transaction transaction(*database_, engine::Access::Write);
-  for (const auto& [t, own] : edits) updateTable(t, keys_[slot * perRow_ + t], own, original);
+  for (const auto& [t, own] : edits) updateTable(t, row[t], own, original);
   transaction.commit();
 }
 
@@ -221,18 +251,19 @@ void KeysetSource::updateTable(std::size_t named, std::int64_t key, const TableE
 }
 
 void KeysetSource::remove(std::size_t slot) {
+  database_->joinTransactions();
   const TableInfo& table = tableOf(0);
   auto& run = database_->rowStatement(jet::emitDeleteRow(table, database_->dialect()));
-  run.bind(1, keys_[slot]);
+  run.bind(1, keysOf(slot)[0]);
   database_->wrote();
   if (run.run() == 0) raise(kRowDeleted);
-  makeHole(slot);
+  becomeHoles({slot});
 }
 
 void KeysetSource::remove(std::span<const std::size_t> slots) {
   std::vector<std::int64_t> keys;
   keys.reserve(slots.size());
-  for (const auto slot : slots) keys.push_back(keys_[slot]);
+  for (const auto slot : slots) keys.push_back(keysOf(slot)[0]);
   Transaction transaction(*database_, engine::Access::Write);
   auto& run = database_->rowStatement(jet::emitDeleteRows(tableOf(0), database_->dialect()));
   const engine::KeyList list{.keys = keys, .perRow = 1};
@@ -240,21 +271,26 @@ void KeysetSource::remove(std::span<const std::size_t> slots) {
   database_->wrote();
   if (run.run() != static_cast<std::int64_t>(keys.size())) raise(kRowDeleted);
   transaction.commit();
-  for (const auto slot : slots) makeHole(slot);
+  becomeHoles({slots.begin(), slots.end()});
+}
+
+// Until a transaction that is open now is rolled back.
+void KeysetSource::becomeHoles(std::vector<std::size_t> slots) {
+  for (const auto slot : slots) members_->deleted(slot);
+  database_->whenUndone([members = std::weak_ptr(members_), slots = std::move(slots)] {
+    if (const auto rows = members.lock())
+      for (const auto slot : slots) rows->restored(slot);
+  });
 }
 
 void KeysetSource::arrange(const std::vector<std::size_t>& order) {
   std::vector<std::int64_t> keys;
-  keys.reserve(keys_.size());
-  for (const auto slot : order)
-    for (std::size_t k = 0; k < perRow_; ++k) keys.push_back(keys_[slot * perRow_ + k]);
-  keys_ = std::move(keys);
-  hasHead_ = false;
-}
-
-void KeysetSource::requery() {
-  load();
-  beginAnew();
+  keys.reserve(rows().keys.size());
+  for (const auto slot : order) {
+    const auto own = keysOf(slot);
+    keys.insert(keys.end(), own.begin(), own.end());
+  }
+  keep(std::move(keys));
 }
 
 }  // namespace kv

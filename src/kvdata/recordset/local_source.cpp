@@ -7,6 +7,7 @@ namespace kv {
 LocalSource::LocalSource() : own_(std::make_shared<std::vector<SourceColumn>>()) {
   columns_ = own_;
   stamp_ = &version_;
+  members_ = std::make_shared<Membership>(nextGeneration(), 0);
 }
 
 void LocalSource::append(SourceColumn column) {
@@ -14,6 +15,12 @@ void LocalSource::append(SourceColumn column) {
   column.nullable = true;
   column.counter = false;
   own_->push_back(std::move(column));
+}
+
+// Slots never begin anew here.
+RowKey LocalSource::keyOf(std::size_t slot) const { return {static_cast<std::int64_t>(slot)}; }
+std::optional<std::size_t> LocalSource::slotOf(const RowKey& row) const {
+  return static_cast<std::size_t>(row[0]);
 }
 
 void LocalSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
@@ -31,11 +38,11 @@ std::size_t LocalSource::add(const RowEdit& edit) {
   for (const auto& value : edit) row.push_back(value.value_or(SqlValue{}));
   rows_.push_back(std::move(row));
   ++version_;
-  slots_ = rows_.size();
-  return slots_ - 1;
+  return members_->add();
 }
 
-void LocalSource::update(std::size_t slot, const RowEdit& edit, const engine::RowBlock& original) {
+void LocalSource::update(const RowKey& key, const RowEdit& edit, const engine::RowBlock& original) {
+  const auto slot = static_cast<std::size_t>(key[0]);
   if (isHole(slot)) raise(kRowDeleted);
   auto& row = rows_[slot];
   for (std::size_t i = 0; i < row.size(); ++i)  // a clone may have changed it meanwhile
@@ -47,18 +54,11 @@ void LocalSource::update(std::size_t slot, const RowEdit& edit, const engine::Ro
 
 void LocalSource::remove(std::size_t slot) {
   if (isHole(slot)) raise(kRowDeleted);
-  makeHole(slot);
+  members_->deleted(slot);
   ++version_;
 }
 
-void LocalSource::arrange(const std::vector<std::size_t>& order) {
-  std::vector<std::vector<SqlValue>> rows;
-  rows.reserve(order.size());
-  for (const auto slot : order) rows.push_back(std::move(rows_[slot]));
-  rows_ = std::move(rows);
-  ++version_;
-}
-
+void LocalSource::arrange(const std::vector<std::size_t>&) { raise(kNotAvailable); }
 void LocalSource::requery() { raise(kNotAvailable); }
 
 }  // namespace kv

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
+#include <utility>
 
 #include "common/convert.h"
 #include "common/error.h"
@@ -18,8 +18,6 @@ namespace kv {
 
 namespace {
 
-constexpr std::size_t kFirstReadAhead = 8;
-constexpr std::size_t kMostReadAhead = 128;
 constexpr double kSlotsPerGeneration = 4294967296.0;  // bookmarks: generation * 2^32 + slot
 
 }  // namespace
@@ -53,10 +51,26 @@ Ref<Recordset> Recordset::open(const std::shared_ptr<Database>& database,
 
 void Recordset::attach(std::shared_ptr<RowSource> source) {
   source_ = std::move(source);
-  open_ = true;
   cursorType_ = source_->keyed() ? kKeyset : kStatic;
-  if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
+  takeRows();
+  open_ = true;
+}
+
+void Recordset::takeRows() const {
+  RowWindow window;
+  window.takeHead(*source_);
+  view_ = RowView(*source_, window, view_.filter(), view_.sort());  // nothing else can fail
+  window_ = view_.isPlain() ? std::move(window) : RowWindow();
+  generation_ = source_->generation();
   moveTo(first());
+  if (!pending_) return;
+  pending_->left = position_;
+  if (pending_->adding) return;
+  // On the row that is edited. Where it is not among the new ones no row is current, and the next
+  // move leads to the first.
+  const auto slot = source_->slotOf(pending_->row);
+  const auto place = slot ? view_.placeOf(*slot) : std::nullopt;
+  moveTo(place ? Position{At::Row, *place} : Position{At::Bof, 0});
 }
 
 void Recordset::Open() {
@@ -72,8 +86,8 @@ void Recordset::Close() {
   row_ = kNoRow;
   source_.reset();
   local_.reset();
-  view_.reset();
-  block_.reset(0);
+  view_ = RowView();
+  window_ = RowWindow();
 }
 
 std::int32_t Recordset::State() const noexcept { return open_ ? kStateOpen : kStateClosed; }
@@ -112,20 +126,27 @@ void Recordset::requireOpen() const {
   if (!open_) raise(kClosed);
 }
 
-void Recordset::requireWritable() const {
+void Recordset::requireRows() const {
   requireOpen();
+  if (generation_ != source_->generation()) takeRows();
+}
+
+void Recordset::requireData() const {
+  requireRows();
+  if (!source_->connected()) raise(kNoConnection);
+}
+
+void Recordset::requireWritable() const {
+  requireData();
   if (lockType_ == kReadOnly) raise(kNotAvailable);
 }
 
 // ---- places and holes ----
 
-std::size_t Recordset::places() const { return view_ ? view_->size() : source_->slots(); }
-
-std::size_t Recordset::slotAt(std::size_t place) const { return view_ ? (*view_)[place] : place; }
-
 std::size_t Recordset::currentPlace() const {
-  requireOpen();
-  if (position_.at != At::Row || isHoleAt(position_.place)) raise(kNoCurrentRow);
+  requireRows();
+  if (position_.at != At::Row) raise(kNoCurrentRow);
+  if (isHoleAt(position_.place)) source_->raiseHole(slotAt(position_.place));
   return position_.place;
 }
 
@@ -158,52 +179,49 @@ Recordset::Position Recordset::last() const {
 }
 
 bool Recordset::Eof() const {
-  requireOpen();
+  requireRows();
   if (pending_ && pending_->adding) return false;
   return position_.at == At::Eof || (position_.at == At::Bof && isEmpty());
 }
 
 bool Recordset::Bof() const {
-  requireOpen();
+  requireRows();
   if (pending_ && pending_->adding) return false;
   return position_.at == At::Bof || (position_.at == At::Eof && isEmpty());
 }
 
 std::int32_t Recordset::RecordCount() const {
-  requireOpen();
-  if (!view_) return static_cast<std::int32_t>(source_->slots() - source_->holes());
-  std::int32_t count = 0;
-  for (const auto slot : *view_)
-    if (!source_->isHole(slot)) ++count;
-  return count;
+  requireRows();
+  return static_cast<std::int32_t>(view_.count(*source_));
 }
 
 // ---- moves ----
 
+void Recordset::saveFirst() {
+  requireData();
+  if (pending_) Update();
+}
+
 void Recordset::MoveFirst() {
-  requireOpen();
   saveFirst();
   if (isEmpty()) raise(kNoCurrentRow);
   moveTo(first());
 }
 
 void Recordset::MoveLast() {
-  requireOpen();
   saveFirst();
   if (isEmpty()) raise(kNoCurrentRow);
   moveTo(last());
 }
 
 void Recordset::MoveNext() {
-  requireOpen();
-  if (pending_) saveFirst();
+  saveFirst();
   if (position_.at == At::Eof || (position_.at == At::Bof && isEmpty())) raise(kNoCurrentRow);
   stepForward(position_);
   row_ = kNoRow;
 }
 
 void Recordset::MovePrevious() {
-  requireOpen();
   saveFirst();
   if (position_.at == At::Bof || (position_.at == At::Eof && isEmpty())) raise(kNoCurrentRow);
   stepBackward(position_);
@@ -211,7 +229,6 @@ void Recordset::MovePrevious() {
 }
 
 void Recordset::Move(std::int32_t NumRecords, const Variant& Start) {
-  requireOpen();
   saveFirst();
   if (isEmpty() && position_.at != At::Row) raise(kNoCurrentRow);
   Position position = startOf(Start);
@@ -248,14 +265,11 @@ Recordset::Position Recordset::placeOfBookmark(const Variant& bookmark) const {
   const double slot = *number - source_->generation() * kSlotsPerGeneration;
   if (!(slot >= 0 && slot < static_cast<double>(source_->slots())) || std::floor(slot) != slot)
     raise(kBadArgument);
-  auto place = static_cast<std::size_t>(slot);
-  if (source_->isHole(place)) raise(kNoCurrentRow);
-  if (view_) {
-    const auto at = std::find(view_->begin(), view_->end(), place);
-    if (at == view_->end()) raise(kNoCurrentRow);
-    place = static_cast<std::size_t>(at - view_->begin());
-  }
-  return {At::Row, place};
+  const auto at = static_cast<std::size_t>(slot);
+  if (source_->isHole(at)) raise(kNoCurrentRow);
+  const auto place = view_.placeOf(at);
+  if (!place) raise(kNoCurrentRow);
+  return {At::Row, *place};
 }
 
 Variant Recordset::Bookmark() const {
@@ -265,13 +279,12 @@ Variant Recordset::Bookmark() const {
 }
 
 void Recordset::Bookmark(const Variant& bookmark) {
-  requireOpen();
   saveFirst();
   moveTo(placeOfBookmark(bookmark));
 }
 
 std::int32_t Recordset::AbsolutePosition() const {
-  requireOpen();
+  requireRows();
   if (pending_ && pending_->adding) return kPositionUnknown;
   if (position_.at == At::Bof) return isEmpty() ? kPositionUnknown : kPositionBof;
   if (position_.at == At::Eof) return isEmpty() ? kPositionUnknown : kPositionEof;
@@ -286,7 +299,6 @@ std::int32_t Recordset::AbsolutePosition() const {
 }
 
 void Recordset::AbsolutePosition(std::int32_t position) {
-  requireOpen();
   saveFirst();
   if (position < 1 || position > RecordCount()) raise(kBadArgument);
   Position at{At::Row, static_cast<std::size_t>(position) - 1};
@@ -299,35 +311,13 @@ void Recordset::AbsolutePosition(std::int32_t position) {
 
 // ---- reading ----
 
-void Recordset::loadBlock(std::size_t place) {
-  const auto stamp = source_->stamp();
-  const bool fresh = blockStamp_ == stamp;
-  std::size_t from = place;
-  if (fresh && place == blockFirst_ + block_.rows()) {
-    readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
-  } else if (fresh && place + 1 == blockFirst_) {
-    readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
-    from = place + 1 - std::min(readAhead_, place + 1);
-  } else {
-    readAhead_ = 1;
-  }
-  const auto to = std::min(std::max(place + 1, from + readAhead_), places());
-  std::vector<std::size_t> slots;
-  slots.reserve(to - from);
-  for (auto p = from; p < to; ++p) slots.push_back(slotAt(p));
-  blockStamp_ = 0;  // nothing, should the reading fail
-  row_ = kNoRow;
-  source_->read(slots, block_);
-  blockFirst_ = from;
-  blockStamp_ = stamp;
-}
-
 bool Recordset::readRow(std::size_t place, std::size_t& row) {
-  if (blockStamp_ != source_->stamp() || place < blockFirst_ ||
-      place >= blockFirst_ + block_.rows())
-    loadBlock(place);
-  row = place - blockFirst_;
-  return !block_.missing(row);
+  if (!window_.has(*source_, place)) {
+    row_ = kNoRow;
+    window_.load(*source_, view_, place);
+  }
+  row = window_.rowAt(place);
+  return !block().missing(row);
 }
 
 std::size_t Recordset::rowAt(std::size_t place) {
@@ -337,34 +327,35 @@ std::size_t Recordset::rowAt(std::size_t place) {
 }
 
 Variant Recordset::fieldValue(std::size_t column) {
-  requireOpen();
+  requireData();
   const auto type = source_->columns()[column].type;
   if (pending_) {
     if (const auto& assigned = pending_->values[column]) return shownValue(*assigned, type);
     if (pending_->adding) return Null;
     return shownValue(pending_->original, 0, column, type);
   }
-  return shownValue(block_, currentRow(), column, type);
+  const auto row = currentRow();
+  return shownValue(block(), row, column, type);
 }
 
 bool Recordset::fieldIsNull(std::size_t column) {
-  requireOpen();
+  requireData();
   if (pending_) return fieldValue(column).isNull();
-  return block_.cell(currentRow(), column).kind == engine::Cell::Kind::Null;
+  return block().cell(currentRow(), column).kind == engine::Cell::Kind::Null;
 }
 
 std::string_view Recordset::fieldText(std::size_t column) {
-  requireOpen();
+  requireData();
   if (!pending_) {
-    const auto& cell = block_.cell(currentRow(), column);
-    if (cell.kind == engine::Cell::Kind::Text) return block_.text(cell);
+    const auto& cell = block().cell(currentRow(), column);
+    if (cell.kind == engine::Cell::Kind::Text) return block().text(cell);
   }
   scratch_ = joinText(fieldValue(column));
   return scratch_;
 }
 
 Variant Recordset::originalValue(std::size_t column) {
-  requireOpen();
+  requireData();
   const auto type = source_->columns()[column].type;
   if (!pending_) return fieldValue(column);
   if (pending_->adding) return Null;
@@ -374,16 +365,18 @@ Variant Recordset::originalValue(std::size_t column) {
 // ---- writing ----
 
 void Recordset::beginEdit() {
-  const auto row = rowAt(currentPlace());
+  const auto place = currentPlace();
+  const auto row = rowAt(place);
   auto pending = std::make_unique<Pending>();
   pending->values.resize(source_->columns().size());
   pending->original.reset(source_->columns().size());
-  pending->original.addRow(block_, row);
+  pending->original.addRow(block(), row);
+  pending->row = source_->keyOf(slotAt(place));
   pending_ = std::move(pending);
 }
 
 void Recordset::assign(std::size_t column, const Variant& value) {
-  requireOpen();
+  requireData();
   if (!pending_) (void)currentPlace();
   requireWritable();
   const auto& columns = source_->columns();
@@ -410,12 +403,12 @@ void Recordset::AddNew() {
 void Recordset::Update() {
   requireOpen();
   if (!pending_) return;
+  requireData();
   if (pending_->adding) {
-    const auto slot = source_->add(pending_->values);
-    if (view_) view_->push_back(slot);
+    view_.add(source_->add(pending_->values));
     moveTo({At::Row, places() - 1});
   } else {
-    source_->update(slotAt(position_.place), pending_->values, pending_->original);
+    source_->update(pending_->row, pending_->values, pending_->original);
   }
   pending_.reset();
 }
@@ -451,33 +444,22 @@ void Recordset::DeleteAll() {
 }
 
 void Recordset::Requery() {
-  requireOpen();
   saveFirst();
+  auto before = source_->members();
   source_->requery();
-  view_.reset();
-  block_.reset(0);
-  blockFirst_ = 0;
-  blockStamp_ = 0;
-  if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
-  rebuildView();
-  moveTo(first());
+  try {
+    takeRows();
+  } catch (...) {
+    source_->goBackTo(std::move(before));
+    throw;
+  }
 }
 
 // ---- whole sets ----
 
-bool Recordset::holds(const Comparison& comparison, std::size_t place) {
-  std::size_t row = 0;
-  if (!readRow(place, row)) return false;  // somebody deleted it
-  const auto& cell = block_.cell(row, comparison.column());
-  if (cell.kind == engine::Cell::Kind::Text && comparison.isText())
-    return comparison.holdsText(block_.text(cell));
-  return comparison.holds(
-      shownValue(block_, row, comparison.column(), source_->columns()[comparison.column()].type));
-}
-
 void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::int32_t Direction,
                      const Variant& Start) {
-  requireOpen();
+  requireData();
   if ((Direction != kForward && Direction != kBackward) || SkipRows < 0) raise(kBadArgument);
   const Comparison comparison = parseComparison(Criteria, source_->columns());
   saveFirst();
@@ -490,14 +472,18 @@ void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::in
   bool onRow = position.at == At::Row && !isHoleAt(position.place);
   if (!onRow && (before || position.at == At::Row)) onRow = step();
   for (std::int32_t i = 0; i < SkipRows && onRow; ++i) onRow = step();
-  while (onRow && !holds(comparison, position.place)) onRow = step();
+  const auto found = [&] {
+    std::size_t row = 0;  // which may be one that somebody has deleted
+    return readRow(position.place, row) && holds(comparison, block(), row, source_->columns());
+  };
+  while (onRow && !found()) onRow = step();
   if (!onRow) position = forward ? Position{At::Eof, 0} : Position{At::Bof, 0};
   moveTo(position);
 }
 
 std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Variant& Start,
                                                      const std::vector<std::string>& Fields) {
-  requireOpen();
+  requireData();
   if (Rows < kRestOfRows) raise(kBadArgument);
   std::vector<std::size_t> wanted;
   const auto& columns = source_->columns();
@@ -518,7 +504,7 @@ std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Va
   for (std::int32_t i = 0; onRow && (Rows == kRestOfRows || i < Rows); ++i) {
     const auto row = rowAt(position.place);
     for (std::size_t f = 0; f < wanted.size(); ++f)
-      out[f].push_back(shownValue(block_, row, wanted[f], columns[wanted[f]].type));
+      out[f].push_back(shownValue(block(), row, wanted[f], columns[wanted[f]].type));
     onRow = stepForward(position);
   }
   moveTo(position);
@@ -526,7 +512,7 @@ std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Va
 }
 
 Ref<Recordset> Recordset::Clone() {
-  requireOpen();
+  requireRows();
   auto clone = std::make_shared<Recordset>(Private{});
   clone->LockType(lockType_);
   clone->attach(source_);
@@ -534,124 +520,37 @@ Ref<Recordset> Recordset::Clone() {
 }
 
 void Recordset::Filter(const std::string& criteria) {
-  requireOpen();
-  if (!trimmed(criteria).empty()) (void)parseCriteria(criteria, source_->columns());
+  requireData();
+  const std::string_view text = trimmed(criteria);
+  const bool none = text.empty() || text == std::to_string(kFilterNone);
+  if (!none) (void)parseCriteria(criteria, source_->columns());
   saveFirst();
-  filter_ = trimmed(criteria).empty() ? std::string() : criteria;
-  rebuildView();
-  moveTo(first());
+  show(none ? std::string() : criteria, view_.sort());
 }
 
 void Recordset::Sort(const std::string& columns) {
-  requireOpen();
-  if (!trimmed(columns).empty()) (void)parseSort(columns, source_->columns());
+  requireData();
+  const bool none = trimmed(columns).empty();
+  if (!none) (void)parseSort(columns, source_->columns());
   saveFirst();
-  sort_ = trimmed(columns).empty() ? std::string() : columns;
-  rebuildView();
+  show(view_.filter(), none ? std::string() : columns);
+}
+
+void Recordset::show(const std::string& filter, const std::string& sort) {
+  RowWindow another;
+  RowWindow& window = view_.isPlain() ? window_ : another;
+  row_ = kNoRow;
+  RowView view(*source_, window, filter, sort);
+  if (!view_.isPlain() || !view.isPlain()) window_.forget();
+  view_ = std::move(view);
   moveTo(first());
 }
 
 void Recordset::arrange(const std::string& column, const std::vector<std::string>& values) {
-  requireOpen();
-  std::unordered_map<std::string, std::size_t> ranks;
-  for (const auto& value : values) ranks.emplace(foldKey(value), ranks.size());
-  const auto& columns = source_->columns();
-  const auto place = static_cast<std::size_t>(
-      std::find_if(columns.begin(), columns.end(),
-                   [&](const SourceColumn& c) { return equalNoCase(c.name, column); }) -
-      columns.begin());
-  if (place == columns.size()) raise(kNoSuchItem, column);
-  std::vector<std::pair<std::size_t, std::size_t>> order;  // rank and slot
-  for (std::size_t slot = 0; slot < source_->slots(); ++slot) {
-    std::size_t row = 0;
-    std::size_t rank = ranks.size();
-    if (readRow(slot, row)) {
-      const auto& cell = block_.cell(row, place);
-      if (cell.kind == engine::Cell::Kind::Text) {
-        const auto known = ranks.find(foldKey(block_.text(cell)));
-        if (known != ranks.end()) rank = known->second;
-      }
-    }
-    order.emplace_back(rank, slot);
-  }
-  std::sort(order.begin(), order.end());
-  std::vector<std::size_t> slots;
-  slots.reserve(order.size());
-  for (const auto& [rank, slot] : order) slots.push_back(slot);
-  source_->arrange(slots);
-  blockStamp_ = 0;
-  moveTo(first());
-}
-
-bool Recordset::holds(const Criteria& criteria, std::size_t place) {
-  switch (criteria.kind) {
-    case Criteria::Kind::Comparison: return holds(criteria.comparison[0], place);
-    case Criteria::Kind::And:
-      return std::all_of(criteria.parts.begin(), criteria.parts.end(),
-                         [&](const auto& part) { return holds(part, place); });
-    case Criteria::Kind::Or:
-      return std::any_of(criteria.parts.begin(), criteria.parts.end(),
-                         [&](const auto& part) { return holds(part, place); });
-  }
-  return false;
-}
-
-void Recordset::rebuildView() {
-  view_.reset();
-  // Places mean other rows now, so the block is of no use.
-  blockStamp_ = 0;
-  if (filter_.empty() && sort_.empty()) return;
-  const auto& columns = source_->columns();
-  std::optional<Criteria> criteria;
-  if (!filter_.empty()) criteria = parseCriteria(filter_, columns);
-  std::vector<SortColumn> order;
-  if (!sort_.empty()) order = parseSort(sort_, columns);
-
-  struct Key {
-    bool null = true;
-    double number = 0;
-    std::string text;
-  };
-  std::vector<std::size_t> shown;
-  std::vector<std::vector<Key>> keys;
-  for (std::size_t slot = 0; slot < source_->slots(); ++slot) {
-    std::size_t row = 0;
-    if (source_->isHole(slot) || !readRow(slot, row)) continue;
-    if (criteria && !holds(*criteria, slot)) continue;
-    shown.push_back(slot);
-    if (order.empty()) continue;
-    auto& own = keys.emplace_back();
-    for (const auto& column : order) {
-      const Variant value = shownValue(block_, row, column.column, columns[column.column].type);
-      Key& key = own.emplace_back();
-      key.null = value.isNull();
-      if (key.null) continue;
-      if (value.isText())
-        key.text = orderKey(*value.as<std::string>());
-      else
-        key.number = toDouble(value);
-    }
-  }
-  if (!order.empty()) {
-    std::vector<std::size_t> places(shown.size());
-    for (std::size_t i = 0; i < places.size(); ++i) places[i] = i;
-    std::stable_sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
-      for (std::size_t c = 0; c < order.size(); ++c) {
-        const Key& left = order[c].descending ? keys[b][c] : keys[a][c];
-        const Key& right = order[c].descending ? keys[a][c] : keys[b][c];
-        if (left.null != right.null) return left.null;  // Null sorts first
-        if (left.number != right.number) return left.number < right.number;
-        if (const int text = left.text.compare(right.text); text != 0) return text < 0;
-      }
-      return false;
-    });
-    std::vector<std::size_t> sorted;
-    sorted.reserve(shown.size());
-    for (const auto place : places) sorted.push_back(shown[place]);
-    shown = std::move(sorted);
-  }
-  view_ = std::move(shown);
-  blockStamp_ = 0;
+  saveFirst();
+  RowWindow window;
+  source_->arrange(slotsInOrderOf(*source_, window, column, values));
+  takeRows();
 }
 
 }  // namespace kv

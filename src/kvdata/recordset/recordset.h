@@ -4,6 +4,9 @@
 // when they are visited, in blocks, and a block is thrown away as soon as its connection writes
 // anything. A set holds no lock. Members keep the names that clients of record sets know. Not for
 // use from several threads at once.
+//
+// Members raise 3704 on a closed set. When the connection is closed, those that move, read or write
+// raise 3709; the others answer as before, and Close and CancelUpdate go on working.
 #pragma once
 
 #include <initializer_list>
@@ -19,14 +22,14 @@
 #include "kvdata/recordset/constants.h"
 #include "kvdata/recordset/fields.h"
 #include "kvdata/recordset/row_source.h"
+#include "kvdata/recordset/row_view.h"
+#include "kvdata/recordset/row_window.h"
 #include "kvdata/recordset/rows.h"
 
 namespace kv {
 
 class Database;
 class LocalSource;
-class Comparison;
-struct Criteria;
 struct PreparedStatement;
 
 // A value for a column.
@@ -113,12 +116,14 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void Update(std::initializer_list<NamedValue> values);
   // Drops what is pending; after an addition the row left becomes current again.
   void CancelUpdate();
-  // Deletes the current row and leaves its position as a hole. A pending edit of it is dropped;
-  // during an addition it raises 3219.
+  // Deletes the current row and leaves its position as a hole, until a transaction that is open is
+  // rolled back. A pending edit of it is dropped; during an addition it raises 3219.
   void Delete();
   // Deletes all rows of the set, or those that its filter shows, and moves behind them. In a table
   // it is one statement; when a row is gone already, it raises -2147217885 and deletes none.
   void DeleteAll();
+  // Runs the set's statement again and begins with the first row; the filter and the order stay,
+  // bookmarks from before are none any more. When it fails the set is as it was.
   void Requery();
 
   // ---- whole sets ----
@@ -132,20 +137,23 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
       std::int32_t Rows = kRestOfRows, const Variant& Start = {},
       const std::vector<std::string>& Fields = {});
   // A set over the same rows with a position, an edit, a filter and an order of its own, at its
-  // first row.
+  // first row. When one of the two is requeried, the other takes the new rows at its next use,
+  // whatever that is, and begins with the first; what it has pending stays so, and is stored in
+  // the row it is of.
   [[nodiscard]] Ref<Recordset> Clone();
   // Shows only the rows for which the criteria hold: comparisons joined by And and Or, with
   // parentheses. They are tested when set; rows changed or added later stay visible. Empty text
-  // shows all rows again.
-  [[nodiscard]] const std::string& Filter() const noexcept { return filter_; }
+  // and kFilterNone, also as text, show all rows again; other numbers raise 3001.
+  [[nodiscard]] const std::string& Filter() const noexcept { return view_.filter(); }
   void Filter(const std::string& criteria);
+  void Filter(std::int32_t constant) { Filter(std::to_string(constant)); }
   // Puts the rows into the order in which the values of a text column stand in a list, compared
   // without regard to case; rows whose value is not in it come last, as they were. For the
   // components; Requery forgets it.
   void arrange(const std::string& column, const std::vector<std::string>& values);
   // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty
   // text takes the set's own order again.
-  [[nodiscard]] const std::string& Sort() const noexcept { return sort_; }
+  [[nodiscard]] const std::string& Sort() const noexcept { return view_.sort(); }
   void Sort(const std::string& columns);
 
  private:
@@ -161,20 +169,28 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   struct Pending {
     bool adding = false;
     RowEdit values;
+    RowKey row;                 // the row that is edited
     engine::RowBlock original;  // the row as read for this edit; empty when adding
     Position left;              // where an addition began
   };
 
   void attach(std::shared_ptr<RowSource> source);
   void requireOpen() const;
+  // The above, and the rows are those that the source has now.
+  void requireRows() const;
+  // The above, and the connection is open.
+  void requireData() const;
   void requireWritable() const;
+  // Takes the rows that the source has now and begins with the first.
+  void takeRows() const;
+  void show(const std::string& filter, const std::string& sort);
   // The place of the current row; raises 3021 where there is none.
   [[nodiscard]] std::size_t currentPlace() const;
 
-  [[nodiscard]] std::size_t places() const;
-  [[nodiscard]] std::size_t slotAt(std::size_t place) const;
+  [[nodiscard]] std::size_t places() const noexcept { return view_.places(*source_); }
+  [[nodiscard]] std::size_t slotAt(std::size_t place) const noexcept { return view_.slotAt(place); }
   [[nodiscard]] bool isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
-  [[nodiscard]] bool isEmpty() const { return RecordCount() == 0; }
+  [[nodiscard]] bool isEmpty() const { return view_.count(*source_) == 0; }
 
   // Steps over holes; false when there is no further row.
   bool stepForward(Position& position) const;
@@ -185,13 +201,13 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   [[nodiscard]] Position placeOfBookmark(const Variant& bookmark) const;
   [[nodiscard]] Variant bookmarkOf(std::size_t slot) const;
 
-  void moveTo(Position position) noexcept {
+  void moveTo(Position position) const noexcept {
     position_ = position;
     row_ = kNoRow;
   }
   // The row of the block under the cursor; raises as rowAt, and 3021 where there is none.
   [[nodiscard]] std::size_t currentRow() {
-    if (row_ == kNoRow || blockStamp_ != source_->stamp()) row_ = rowAt(currentPlace());
+    if (row_ == kNoRow || !window_.isFresh(*source_)) row_ = rowAt(currentPlace());
     return row_;
   }
   // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a
@@ -199,18 +215,16 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   std::size_t rowAt(std::size_t place);
   // The same, false for a row that is gone.
   bool readRow(std::size_t place, std::size_t& row);
-  void loadBlock(std::size_t place);
+  [[nodiscard]] const engine::RowBlock& block() const noexcept { return window_.block(); }
 
   void beginEdit();
-  void saveFirst() { Update(); }
+  // What every move does first.
+  void saveFirst();
   [[nodiscard]] Variant fieldValue(std::size_t column);
   [[nodiscard]] Variant originalValue(std::size_t column);
   [[nodiscard]] std::string_view fieldText(std::size_t column);
   [[nodiscard]] bool fieldIsNull(std::size_t column);
   void assign(std::size_t column, const Variant& value);
-  [[nodiscard]] bool holds(const Comparison& comparison, std::size_t place);
-  [[nodiscard]] bool holds(const kv::Criteria& criteria, std::size_t place);
-  void rebuildView();
   void assignAll(std::initializer_list<NamedValue> values);
 
   kv::Fields fields_;
@@ -221,18 +235,14 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   std::int32_t cursorType_ = kKeyset;
   std::int32_t lockType_ = kOptimistic;
 
-  Position position_;
-  std::optional<std::vector<std::size_t>>
-      view_;  // slots in the order shown, under a filter or sort
-  std::string filter_;
-  std::string sort_;
-
-  engine::RowBlock block_;
-  std::size_t blockFirst_ = 0;  // place of its first row
-  std::uint64_t blockStamp_ = 0;
-  std::size_t readAhead_ = 1;  // rows to read the next time
+  // The set changes by itself when another one has requeried the rows they share, also in members
+  // that only ask.
+  mutable std::uint32_t generation_ = 0;  // of the rows that position and view are about
+  mutable Position position_;
+  mutable RowView view_;
+  mutable RowWindow window_;
   static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
-  std::size_t row_ = kNoRow;  // of the block, under the cursor; kNoRow until it is read
+  mutable std::size_t row_ = kNoRow;  // of the window, under the cursor; kNoRow until it is read
 
   std::unique_ptr<Pending> pending_;
   std::string scratch_;  // text of an assigned value, for views of it

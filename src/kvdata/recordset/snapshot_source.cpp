@@ -8,28 +8,38 @@ namespace kv {
 SnapshotSource::SnapshotSource(std::shared_ptr<Database> database, PreparedStatement statement)
     : database_(std::move(database)), statement_(std::move(statement)) {
   columns_ = sharedColumns(*statement_.shape);
-  stamp_ = &version_;
-  load();
+  stamp_ = &database_->stamp();
+  requery();
 }
 
-void SnapshotSource::load() {
+void SnapshotSource::keep(engine::RowBlock rows) {
+  auto members = std::make_shared<Rows>(nextGeneration(), rows.rows());
+  members->rows = std::move(rows);
+  members_ = std::move(members);
+}
+
+void SnapshotSource::requery() {
   auto& shape = *statement_.shape;
   auto& run = database_->ready(statement_, shape.whole, shape.emitted.whole);
-  rows_.reset(columns_->size());
+  engine::RowBlock rows;
+  rows.reset(columns_->size());
   std::vector<std::int64_t> noKeys;
-  run.fetch(rows_, shape.types, noKeys, 0, static_cast<std::size_t>(-1));
-  slots_ = rows_.rows();
-  ++version_;
+  run.fetch(rows, shape.types, noKeys, 0, static_cast<std::size_t>(-1));
+  keep(std::move(rows));
 }
+
+// Rows that cannot be edited are never looked for again.
+RowKey SnapshotSource::keyOf(std::size_t) const { return {}; }
+std::optional<std::size_t> SnapshotSource::slotOf(const RowKey&) const { return std::nullopt; }
 
 void SnapshotSource::read(std::span<const std::size_t> slots, engine::RowBlock& into) {
   into.reset(columns_->size());
-  for (const auto slot : slots) into.addRow(rows_, slot);
+  for (const auto slot : slots) into.addRow(rows(), slot);
 }
 
 RowEdit SnapshotSource::beginAdd() { raise(kNotAvailable); }
 std::size_t SnapshotSource::add(const RowEdit&) { raise(kNotAvailable); }
-void SnapshotSource::update(std::size_t, const RowEdit&, const engine::RowBlock&) {
+void SnapshotSource::update(const RowKey&, const RowEdit&, const engine::RowBlock&) {
   raise(kNotAvailable);
 }
 void SnapshotSource::remove(std::size_t) { raise(kNotAvailable); }
@@ -37,13 +47,7 @@ void SnapshotSource::remove(std::size_t) { raise(kNotAvailable); }
 void SnapshotSource::arrange(const std::vector<std::size_t>& order) {
   engine::RowBlock rows;
   read(order, rows);
-  rows_ = std::move(rows);
-  ++version_;
-}
-
-void SnapshotSource::requery() {
-  load();
-  beginAnew();
+  keep(std::move(rows));
 }
 
 }  // namespace kv

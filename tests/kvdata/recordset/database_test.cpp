@@ -144,6 +144,68 @@ TEST_F(DatabaseTest, AfterClosingEverythingSaysThatThereIsNoConnection) {
   rs->Close();
 }
 
+TEST_F(DatabaseTest, AfterClosingNoRowThatWasReadIsShown) {
+  for (int i = 0; i < 3; ++i) add("T");
+  const auto keyed = reg_.open("Select * From Documents");
+  const auto kept = reg_.open("Select Distinct DocumentTitle From Documents");
+  const auto edited = reg_.open("Select * From Documents");
+  const auto added = reg_.open("Select * From Keywords");
+  edited->Fields("DocumentTitle")->Value("pending");
+  added->AddNew();
+  for (const auto& rs : {keyed, kept}) EXPECT_EQ(rs->Fields("DocumentTitle")->Text(), "T");
+  reg_.connection()->Close();
+  for (const auto& rs : {keyed, kept, edited}) {
+    const auto field = rs->Fields("DocumentTitle");
+    EXPECT_RAISES(3709, (void)field->Value());
+    EXPECT_RAISES(3709, (void)field->Text());
+    EXPECT_RAISES(3709, (void)field->IsNull());
+    EXPECT_RAISES(3709, (void)field->OriginalValue());
+    EXPECT_RAISES(3709, (void)field->ActualSize());
+    EXPECT_RAISES(3709, field->Value("x"));
+    EXPECT_RAISES(3709, rs->MoveNext());
+    EXPECT_RAISES(3709, (void)rs->GetRows());
+    EXPECT_EQ(field->Name(), "DocumentTitle");
+  }
+  EXPECT_RAISES(3709, added->Fields("Keyword")->Value("x"));
+  EXPECT_RAISES(3709, added->Update());
+  for (const auto& rs : {edited, added}) {
+    EXPECT_RAISES(3219, rs->Close());
+    rs->CancelUpdate();
+  }
+  for (const auto& rs : {keyed, kept, edited, added}) {
+    EXPECT_NO_THROW(rs->Update()) << "nothing is pending";
+    rs->Close();
+  }
+}
+
+// ---- what an update checks ----
+
+TEST_F(DatabaseTest, AnUpdateChecksEachStoredColumnOnceAndNoCounter) {
+  reg_.execute("Insert Into VeskProfiles (UserID, GroupID) Values ('U1', 1)");
+  add("T");
+  struct Case {
+    const char* sql;
+    const char* assigned;
+    std::vector<std::size_t> checked;  // columns of the set
+  };
+  const Case cases[] = {
+      {"Select ID, DocumentTitle, DocumentTitle As Again, Controlled From Documents",
+       "Controlled",
+       {1, 3}},
+      {"Select DocumentTitle, ID From Documents", "DocumentTitle", {0}},
+      {"Select WorkGroupID, UserID, GroupID From VeskProfiles", "UserID", {0, 1}}};
+  for (const auto& c : cases) {
+    const auto rs = reg_.open(c.sql);
+    rs->Fields(c.assigned)->Value(1);
+    rs->Update();
+    const auto shape = database().prepare(c.sql).shape;
+    ASSERT_EQ(shape->updates.size(), 1U) << c.sql;
+    std::vector<std::size_t> checked;
+    for (const auto& check : shape->updates[0].check) checked.push_back(check.column);
+    EXPECT_EQ(checked, c.checked) << c.sql;
+  }
+}
+
 // ---- faults ----
 
 class Faults : public testing::Test {

@@ -150,12 +150,62 @@ TEST_F(Joins, DistinctRowOfAllTablesIsTheJoinItself) {
             3);
 }
 
-TEST_F(Joins, ARowOfWhichOnePartWasDeletedIsARowThatIsGone) {
+// A line of a join is the combination of rows that it named when the set opened. It ends with the
+// first of them, whichever side of the join that was on; what is left of it is another line, which
+// Requery shows.
+TEST_F(Joins, ALineEndsWithAnyOfTheRowsItShows) {
+  for (const char* deletion : {"Delete * From Documents Where DocumentID = 'D1'",
+                               "Delete * From Manuals Where ManualID = 'M1'",
+                               "Delete * From Personals Where ReleaseID = 1"}) {
+    reg_.connection()->BeginTrans();
+    const auto rs = reg_.open(kCopies);
+    reg_.execute(deletion);
+    EXPECT_RAISES(-2147217885, (void)rs->Fields("UserID")->Value()) << deletion;
+    EXPECT_RAISES(-2147217885, rs->Fields("CopyNumber")->Value("1")) << deletion;
+    EXPECT_EQ(rs->RecordCount(), 4) << "as any row that was deleted elsewhere";
+    rs->Move(2);
+    EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "Two") << deletion;
+    reg_.connection()->RollbackTrans();
+  }
+}
+
+TEST_F(Joins, RequeryShowsWhatIsLeftOfALine) {
   const auto rs = reg_.open(kCopies);
   reg_.execute("Delete * From Documents Where DocumentID = 'D1'");
+  rs->Requery();
+  EXPECT_EQ(rs->RecordCount(), 4);
+  EXPECT_EQ(shown(rs->Fields("UserID")->Value()), "U1");
+  EXPECT_TRUE(rs->Fields("DocumentTitle")->IsNull());
+  EXPECT_EQ(shown(rs->Fields("ManualName")->Value()), "Manual");
+}
+
+TEST_F(Joins, ALineOutlivesRowsThatItDoesNotShow) {
+  const auto rs = reg_.open(
+      "Select Personals.* From Personals Left Join Documents On Personals.DocumentID = "
+      "Documents.DocumentID");
+  reg_.execute("Delete * From Documents Where DocumentID = 'D1'");
+  EXPECT_EQ(shown(rs->Fields("UserID")->Value()), "U1");
+}
+
+TEST_F(Joins, ALineWithoutAPartnerStaysWithoutOne) {
+  const auto rs = reg_.open(kCopies);
+  rs->MoveLast();
+  EXPECT_TRUE(rs->Fields("DocumentTitle")->IsNull());
+  reg_.execute("Insert Into Documents (DocumentID, DocumentTitle) Values ('D9', 'Nine')");
+  EXPECT_TRUE(rs->Fields("DocumentTitle")->IsNull());
+  EXPECT_EQ(shown(rs->Fields("UserID")->Value()), "U3");
+  rs->Requery();
+  rs->MoveLast();
+  EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "Nine");
+}
+
+TEST_F(Joins, ALineComesBackWithTheRowThatWasRolledBack) {
+  const auto rs = reg_.open(kCopies);
+  reg_.connection()->BeginTrans();
+  reg_.execute("Delete * From Documents Where DocumentID = 'D1'");
   EXPECT_RAISES(-2147217885, (void)rs->Fields("UserID")->Value());
-  rs->Move(2);
-  EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "Two");
+  reg_.connection()->RollbackTrans();
+  EXPECT_EQ(shown(rs->Fields("DocumentTitle")->Value()), "One");
 }
 
 TEST_F(Joins, AReadOnlySetOfKeylessRowsCanBeMovedSearchedAndRequeried) {

@@ -330,6 +330,17 @@ TEST_F(RecordSet, EveryMoveFirstSavesWhatIsPending) {
   edit("k");
   rs->AbsolutePosition(2);
   EXPECT_EQ(saved(), "k");
+  edit("l");
+  rs->Sort("ManualName DESC");
+  EXPECT_EQ(saved(), "l");
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  edit("m");
+  rs->Filter("ManualName <> 'M1'");
+  EXPECT_EQ(saved(), "m");
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  edit("n");
+  (void)rs->GetRows(1);
+  EXPECT_EQ(saved(), "n");
 }
 
 TEST_F(RecordSet, AMoveThatCannotSaveLeavesPositionAndEdit) {
@@ -343,12 +354,19 @@ TEST_F(RecordSet, AMoveThatCannotSaveLeavesPositionAndEdit) {
     other->MoveLast();
     return other->Bookmark();
   }();
-  const std::function<void()> moves[] = {
-      [&] { rs->MoveNext(); },     [&] { rs->MovePrevious(); },
-      [&] { rs->MoveFirst(); },    [&] { rs->MoveLast(); },
-      [&] { rs->Move(0); },        [&] { rs->Find("ManualName = 'M3'"); },
-      [&] { rs->AddNew(); },       [&] { rs->Requery(); },
-      [&] { rs->Bookmark(last); }, [&] { (void)rs->GetRows(); }};
+  const std::function<void()> moves[] = {[&] { rs->MoveNext(); },
+                                         [&] { rs->MovePrevious(); },
+                                         [&] { rs->MoveFirst(); },
+                                         [&] { rs->MoveLast(); },
+                                         [&] { rs->Move(0); },
+                                         [&] { rs->Find("ManualName = 'M3'"); },
+                                         [&] { rs->AddNew(); },
+                                         [&] { rs->Requery(); },
+                                         [&] { rs->Bookmark(last); },
+                                         [&] { (void)rs->GetRows(); },
+                                         [&] { rs->Sort("ID DESC"); },
+                                         [&] { rs->Filter("ID = 1"); },
+                                         [&] { rs->AbsolutePosition(1); }};
   for (const auto& move : moves) {
     EXPECT_EQ(test::numberOf(move), -2147217864);
     EXPECT_EQ(rs->EditMode(), kEditInProgress);
@@ -855,6 +873,28 @@ TEST_F(RecordSet, AFilterShowsTheRowsThatHold) {
   rs->Filter("ID = -5");
   EXPECT_TRUE(rs->Eof());
   EXPECT_TRUE(rs->Bof());
+}
+
+TEST_F(RecordSet, ZeroIsNoFilter) {
+  fill(3);
+  const auto rs = open();
+  const std::function<void()> clears[] = {
+      [&] { rs->Filter(""); },    [&] { rs->Filter(" "); }, [&] { rs->Filter("0"); },
+      [&] { rs->Filter(" 0 "); }, [&] { rs->Filter(0); },   [&] { rs->Filter(kFilterNone); }};
+  for (const auto& clear : clears) {
+    rs->Filter("ManualName = 'M2'");
+    EXPECT_EQ(rs->RecordCount(), 1);
+    clear();
+    EXPECT_EQ(rs->RecordCount(), 3);
+    EXPECT_EQ(rs->Filter(), "");
+    EXPECT_EQ(name(rs), "M1");
+  }
+  rs->Filter("ManualName = 'M2'");
+  EXPECT_RAISES(3001, rs->Filter(1));
+  EXPECT_RAISES(3001, rs->Filter("1"));
+  EXPECT_RAISES(3001, rs->Filter("00"));
+  EXPECT_EQ(rs->Filter(), "ManualName = 'M2'") << "other numbers are no filter";
+  EXPECT_EQ(rs->RecordCount(), 1);
 }
 
 TEST_F(RecordSet, ASortOrdersTheRowsShown) {
