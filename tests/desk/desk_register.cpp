@@ -36,7 +36,7 @@ DeskTest::DeskTest() {
         "'User903', 0, 1)",
         "Insert Into Manuals (ID, ManualID, ManualName) Values (901, 'M1', 'Handbook')",
         "Insert Into Manuals (ID, ManualID, ManualName) Values (902, 'M2', 'Annex')",
-        "Insert Into ManualContents (ManualID, DocumentID, ListOrder) Values ('M1', 'D1', 1)",
+        "Insert Into ManualContents (ManualID, DocumentID, Position) Values ('M1', 'D1', 1)",
         "Insert Into DocumentQuerys (QueryID, QueryName) Values (1, 'All documents')"})
     reg_.execute(sql);
 }

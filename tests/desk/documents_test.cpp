@@ -51,10 +51,12 @@ TEST_F(DeskDocuments, TwoAddedInOneSecondHaveTwoIdentifiers) {
 TEST_F(DeskDocuments, AddingTakesItsRights) {
   desk::NewDocument given;
   given.fields.title = "Rules";
-  expectDenied("Create a new document", [&] { (void)desk::addDocument(as("Bert"), given); });
+  expectDenied(std::string(userRightText(urCreateNewDocument)),
+               [&] { (void)desk::addDocument(as("Bert"), given); });
   given.current = true;
   const auto session = as("Bert", {urCreateNewDocument});
-  expectDenied("Set the current revision", [&] { (void)desk::addDocument(session, given); });
+  expectDenied(std::string(userRightText(urSetCurrentRevision)),
+               [&] { (void)desk::addDocument(session, given); });
   const auto anna = as("Anna");
   expectWrongInput("nothing to add: give a title, a number or another field",
                    [&] { (void)desk::addDocument(anna, {}); });

@@ -60,7 +60,7 @@ TEST_F(DeskManuals, OneIsDeletedAndItsDocumentsStay) {
 
 TEST_F(DeskManuals, OneIsViewedWithContentsAndCopies) {
   reg_.execute(
-      "Insert Into ManualContents (ManualID, DocumentID, ListOrder) Values ('M1', 'D2', 2)");
+      "Insert Into ManualContents (ManualID, DocumentID, Position) Values ('M1', 'D2', 2)");
   reg_.execute(
       "Insert Into Personals (UserID, DocumentID, ManualID, RevisionID, HardCopy, CopyNumber) "
       "Values ('User902', 'D1', 'M1', 901, True, '7')");

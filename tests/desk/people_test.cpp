@@ -253,7 +253,8 @@ class DeskActions : public DeskPeople {
           "Insert Into Actions (ActionID, AssigneeID, Subject, DateOpened) Values (12, 'User903', "
           "'Read it too', #3/9/2001#)"})
       reg_.execute(sql);
-    reg_.execute("Update Actions Set ReferenceID = (Select DBID From VeskConfig)");
+    reg_.execute("Update VeskConfig Set DBID = 'Works'");
+    reg_.execute("Update Actions Set ReferenceID = 'Works'");
   }
 };
 
