@@ -18,8 +18,11 @@ struct CopyChange {
   bool hard = false;
 };
 
-[[nodiscard]] int giveCopy(const Options& options, const CopyChange& change);
-[[nodiscard]] int takeManualBack(const Options& options, const CopyChange& change);
-[[nodiscard]] int takeOffList(const Options& options, const CopyChange& change);
+// Raises UsageError unless it says which document or which manual.
+void requireOneThing(const CopyChange& change);
+
+void giveCopy(const Session& session, const CopyChange& change, Format format);
+void takeManualBack(const Session& session, const CopyChange& change, Format format);
+void takeOffList(const Session& session, const CopyChange& change, Format format);
 
 }  // namespace kv::cli

@@ -10,12 +10,6 @@ namespace kv::cli {
 
 namespace {
 
-int list(const Options& options, const std::optional<std::string>& user, desk::CopyKinds kinds) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listHoldings(session, user, kinds), options.format);
-  return kDone;
-}
-
 struct List : RegisterVerb {
   std::optional<std::string> user;
   desk::CopyKinds kinds;
@@ -25,7 +19,9 @@ struct List : RegisterVerb {
         ->typeName("USER");
     addCopyKinds(verb, kinds);
   }
-  [[nodiscard]] int run() const { return list(options, user, kinds); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listHoldings(session, user, kinds), options.format);
+  }
 };
 
 }  // namespace

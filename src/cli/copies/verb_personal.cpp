@@ -7,7 +7,7 @@ namespace kv::cli {
 
 namespace {
 
-using Change = int (*)(const Options&, const CopyChange&);
+using Change = void (*)(const Session&, const CopyChange&, Format);
 
 template <Change make>
 struct ListChange : RegisterVerb {
@@ -18,11 +18,8 @@ struct ListChange : RegisterVerb {
     addText(verb, "--manual", change.manual, "The manual, by identifier or name");
     addText(verb, "--of", change.user, "Whose list, by ID or name; one's own when left out");
   }
-  [[nodiscard]] int run() const {
-    if (change.document.has_value() == change.manual.has_value())
-      throw UsageError("give either --document or --manual");
-    return make(options, change);
-  }
+  void check() const { requireOneThing(change); }
+  void run(const Session& session) const { make(session, change, options.format); }
 };
 
 }  // namespace

@@ -16,38 +16,6 @@ namespace {
 
 constexpr std::int32_t kNoRelease = 0;
 
-int release(const Options& options, const CopyChange& change) {
-  if (change.document.has_value() == change.manual.has_value())
-    throw UsageError("give either --document or --manual");
-  if (change.copy && (!change.manual || !change.hard))
-    throw UsageError("only hard copies of manuals have numbers: --copy needs --manual and --hard");
-  if (change.copy && trimmed(*change.copy).empty())
-    throw UsageError("--copy needs a number; without --copy the next one is taken");
-  return giveCopy(options, change);
-}
-
-int collectDocument(const Options& options, std::int32_t release) {
-  const Session session(options);
-  const auto copy = desk::collectDocument(session, release);
-  writeDone(std::cout,
-            fmt::format("collected the document {} from {}, release {}", copy.documentId,
-                        copy.userId, release),
-            {{"ReleaseID", release}, {"DocumentID", copy.documentId}, {"UserID", copy.userId}},
-            options.format);
-  return kDone;
-}
-
-int collect(const Options& options, std::int32_t release, const CopyChange& change) {
-  const bool byNumber = release != kNoRelease;
-  if (byNumber == change.manual.has_value())
-    throw UsageError("give either --release, or --manual and --from");
-  if (byNumber && (change.user || change.copy))
-    throw UsageError("--from and --copy go with --manual; a release has its number");
-  if (byNumber) return collectDocument(options, release);
-  if (!change.user) throw UsageError("say from whom: --manual needs --from");
-  return takeManualBack(options, change);
-}
-
 struct Release : RegisterVerb {
   CopyChange change;
 
@@ -59,7 +27,15 @@ struct Release : RegisterVerb {
     addText(verb, "--copy", change.copy,
             "The number of a manual's hard copy; the next one when left out");
   }
-  [[nodiscard]] int run() const { return release(options, change); }
+  void check() const {
+    requireOneThing(change);
+    if (change.copy && (!change.manual || !change.hard))
+      throw UsageError(
+          "only hard copies of manuals have numbers: --copy needs --manual and --hard");
+    if (change.copy && trimmed(*change.copy).empty())
+      throw UsageError("--copy needs a number; without --copy the next one is taken");
+  }
+  void run(const Session& session) const { giveCopy(session, change, options.format); }
 };
 
 struct Collect : RegisterVerb {
@@ -73,7 +49,23 @@ struct Collect : RegisterVerb {
     addText(verb, "--copy", change.copy,
             "The number of the manual's copy; every hard copy that the user has when left out");
   }
-  [[nodiscard]] int run() const { return collect(options, number, change); }
+  void check() const {
+    const bool byNumber = number != kNoRelease;
+    if (byNumber == change.manual.has_value())
+      throw UsageError("give either --release, or --manual and --from");
+    if (byNumber && (change.user || change.copy))
+      throw UsageError("--from and --copy go with --manual; a release has its number");
+    if (!byNumber && !change.user) throw UsageError("say from whom: --manual needs --from");
+  }
+  void run(const Session& session) const {
+    if (number == kNoRelease) return takeManualBack(session, change, options.format);
+    const auto copy = desk::collectDocument(session, number);
+    writeDone(std::cout,
+              fmt::format("collected the document {} from {}, release {}", copy.documentId,
+                          copy.userId, number),
+              {{"ReleaseID", number}, {"DocumentID", copy.documentId}, {"UserID", copy.userId}},
+              options.format);
+  }
 };
 
 }  // namespace

@@ -10,20 +10,12 @@ namespace kv::cli {
 
 namespace {
 
-using Listing = desk::CopyListing;
-
-int list(const Options& options, Listing listing, bool staleOnly) {
-  listing.staleOnly = staleOnly;
-  const Session session(options);
-  writeRows(std::cout, *desk::listCopies(session, listing), options.format);
-  return kDone;
-}
-
 template <bool staleOnly>
 struct List : RegisterVerb {
-  Listing listing;
+  desk::CopyListing listing;
 
   void describe(Command& verb) {
+    listing.staleOnly = staleOnly;
     addText(verb, "--of", listing.user, "Only copies that this user has, by ID or name")
         ->typeName("USER");
     addText(verb, "--manual", listing.manual,
@@ -36,7 +28,9 @@ struct List : RegisterVerb {
             "Only copies whose document a saved document query finds, by number or name");
     addCopyKinds(verb, listing.kinds);
   }
-  [[nodiscard]] int run() const { return list(options, listing, staleOnly); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listCopies(session, listing), options.format);
+  }
 };
 
 }  // namespace

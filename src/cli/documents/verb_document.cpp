@@ -19,35 +19,6 @@ using desk::NewDocument;
 
 constexpr const char* kKey = "DocumentID";
 
-int show(const Options& options, const std::string& document) {
-  const Session session(options);
-  writeDetail(std::cout, desk::viewDocument(session, document), options.format);
-  return kDone;
-}
-
-int add(const Options& options, const NewDocument& given) {
-  given.check();
-  const Session session(options);
-  const std::string id = desk::addDocument(session, given);
-  writeDone(std::cout, "added the document " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
-int edit(const Options& options, const std::string& document, const DocumentFields& fields) {
-  desk::requireChange(fields.any());
-  const Session session(options);
-  const std::string id = desk::editDocument(session, document, fields);
-  writeDone(std::cout, "changed the document " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
-int remove(const Options& options, const std::string& document) {
-  const Session session(options);
-  const std::string id = desk::deleteDocument(session, document);
-  writeDone(std::cout, "deleted the document " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
 void addKey(Command& verb, std::string& document) {
   verb.addOption("document", document, "The document, by identifier or number")->required();
 }
@@ -56,7 +27,9 @@ struct Show : RegisterVerb {
   std::string document;
 
   void describe(Command& verb) { addKey(verb, document); }
-  [[nodiscard]] int run() const { return show(options, document); }
+  void run(const Session& session) const {
+    writeDetail(std::cout, desk::viewDocument(session, document), options.format);
+  }
 };
 
 struct Add : RegisterVerb {
@@ -69,7 +42,11 @@ struct Add : RegisterVerb {
     verb.addFlag("--current", given.current,
                  "The first revision is in force; since today unless --effective says otherwise");
   }
-  [[nodiscard]] int run() const { return add(options, given); }
+  void check() const { given.check(); }
+  void run(const Session& session) const {
+    const std::string id = desk::addDocument(session, given);
+    writeDone(std::cout, "added the document " + id, {{kKey, id}}, options.format);
+  }
 };
 
 struct Edit : RegisterVerb {
@@ -80,14 +57,21 @@ struct Edit : RegisterVerb {
     addKey(verb, document);
     addDocumentFields(verb, fields);
   }
-  [[nodiscard]] int run() const { return edit(options, document, fields); }
+  void check() const { desk::requireChange(fields.any()); }
+  void run(const Session& session) const {
+    const std::string id = desk::editDocument(session, document, fields);
+    writeDone(std::cout, "changed the document " + id, {{kKey, id}}, options.format);
+  }
 };
 
 struct Delete : RegisterVerb {
   std::string document;
 
   void describe(Command& verb) { addKey(verb, document); }
-  [[nodiscard]] int run() const { return remove(options, document); }
+  void run(const Session& session) const {
+    const std::string id = desk::deleteDocument(session, document);
+    writeDone(std::cout, "deleted the document " + id, {{kKey, id}}, options.format);
+  }
 };
 
 }  // namespace

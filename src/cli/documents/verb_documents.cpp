@@ -12,12 +12,6 @@ namespace {
 
 using Listing = desk::DocumentListing;
 
-int list(const Options& options, const Listing& listing) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listDocuments(session, listing), options.format);
-  return kDone;
-}
-
 struct List : RegisterVerb {
   Listing listing;
 
@@ -32,7 +26,9 @@ struct List : RegisterVerb {
                    "The columns to list, separated by commas; * for all")
         ->showDefault();
   }
-  [[nodiscard]] int run() const { return list(options, listing); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listDocuments(session, listing), options.format);
+  }
 };
 
 }  // namespace

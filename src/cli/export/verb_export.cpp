@@ -54,42 +54,38 @@ void showProblems(const std::vector<std::string>& problems) {
                            problems.size() == 1 ? "problem" : "problems");
 }
 
-int exportTo(const Options& options, const std::string& to) {
-  const Session session(options);
-  desk::requireMayExport(session);
-  const fs::path place = fs::absolute(pathOf(to)).lexically_normal();
-  if (fs::exists(place) && !(fs::is_directory(place) && fs::is_empty(place)))
-    desk::refuse("There is something at '" + to + "' already.");
-  const FolderBeside work(place.has_filename() ? place : place.parent_path());
-  const fs::path folder = work / "exported";
-  fs::create_directory(folder);
-  const auto report = desk::exportRegister(session, folder, work / "check.kvv");
-  if (!report.problems.empty()) {
-    showProblems(report.problems);
-    return kRefused;
-  }
-  moveFolder(folder, place.has_filename() ? place : place.parent_path());
-  Lines rows;
-  for (const auto& [file, count] : report.written)
-    rows.push_back({file + ".csv", std::to_string(count)});
-  writeTable(std::cout, {"File", "Rows written"}, rows);
-  if (report.lost.empty()) return kDone;
-  Lines lost;
-  for (const auto& difference : report.lost) lost.push_back({difference.what, difference.how});
-  std::cout << '\n';
-  writeTable(std::cout, {"Not the same", "How much"}, lost);
-  return kDone;
-}
-
 struct Export : RegisterVerb {
   static constexpr Formats kFormats = Formats::None;
-  std::string folder;
+  std::string to;
 
   void describe(Command& verb) {
-    verb.addOption("folder", folder, "The folder to make; it may be there if it is empty")
-        ->required();
+    verb.addOption("folder", to, "The folder to make; it may be there if it is empty")->required();
   }
-  [[nodiscard]] int run() const { return exportTo(options, folder); }
+  [[nodiscard]] int run(const Session& session) const {
+    desk::requireMayExport(session);
+    const fs::path place = fs::absolute(pathOf(to)).lexically_normal();
+    if (fs::exists(place) && !(fs::is_directory(place) && fs::is_empty(place)))
+      desk::refuse("There is something at '" + to + "' already.");
+    const FolderBeside work(place.has_filename() ? place : place.parent_path());
+    const fs::path folder = work / "exported";
+    fs::create_directory(folder);
+    const auto report = desk::exportRegister(session, folder, work / "check.kvv");
+    if (!report.problems.empty()) {
+      showProblems(report.problems);
+      return kRefused;
+    }
+    moveFolder(folder, place.has_filename() ? place : place.parent_path());
+    Lines rows;
+    for (const auto& [file, count] : report.written)
+      rows.push_back({file + ".csv", std::to_string(count)});
+    writeTable(std::cout, {"File", "Rows written"}, rows);
+    if (report.lost.empty()) return kDone;
+    Lines lost;
+    for (const auto& difference : report.lost) lost.push_back({difference.what, difference.how});
+    std::cout << '\n';
+    writeTable(std::cout, {"Not the same", "How much"}, lost);
+    return kDone;
+  }
 };
 
 }  // namespace

@@ -40,23 +40,6 @@ void show(const desk::ImportReport& report) {
                            report.problems.size() == 1 ? "problem" : "problems");
 }
 
-int import(const Options& options, const std::string& folder, const std::string& asOfText) {
-  Date asOf = now();
-  if (!asOfText.empty()) {
-    const auto date = parseDate(asOfText);
-    if (!date) throw UsageError("--as-of takes a date and time such as 2026-07-24T23:57:50");
-    asOf = *date;
-  }
-  const Session session(options);
-  Progress progress("importing");
-  const auto report = desk::importRegister(
-      session, folder, asOf, [&](std::size_t done, std::size_t all, const std::string& file) {
-        progress.show(done, all, "rows, " + file);
-      });
-  show(report);
-  return report.problems.empty() ? kDone : kRefused;
-}
-
 struct Import {
   Options options;
   std::string folder;
@@ -70,7 +53,24 @@ struct Import {
     verb.addOption("--as-of", asOf,
                    "Date and time that new identifiers of manuals are made of; now when left out");
   }
-  [[nodiscard]] int run() const { return import(options, folder, asOf); }
+  void check() const { (void)date(); }
+  [[nodiscard]] int run(const Session& session) const {
+    Progress progress("importing");
+    const auto report = desk::importRegister(
+        session, folder, date(), [&](std::size_t done, std::size_t all, const std::string& file) {
+          progress.show(done, all, "rows, " + file);
+        });
+    show(report);
+    return report.problems.empty() ? kDone : kRefused;
+  }
+
+ private:
+  [[nodiscard]] Date date() const {
+    if (asOf.empty()) return now();
+    const auto date = parseDate(asOf);
+    if (!date) throw UsageError("--as-of takes a date and time such as 2026-07-24T23:57:50");
+    return *date;
+  }
 };
 
 }  // namespace

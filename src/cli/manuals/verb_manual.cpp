@@ -16,35 +16,6 @@ namespace {
 
 constexpr const char* kKey = "ManualID";
 
-int show(const Options& options, const std::string& manual) {
-  const Session session(options);
-  writeDetail(std::cout, desk::viewManual(session, manual), options.format);
-  return kDone;
-}
-
-int add(const Options& options, const ManualFields& fields) {
-  desk::requireManualName(fields);
-  const Session session(options);
-  const std::string id = desk::addManual(session, fields);
-  writeDone(std::cout, "added the manual " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
-int edit(const Options& options, const std::string& manual, const ManualFields& fields) {
-  desk::requireChange(fields.any());
-  const Session session(options);
-  const std::string id = desk::editManual(session, manual, fields);
-  writeDone(std::cout, "changed the manual " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
-int remove(const Options& options, const std::string& manual) {
-  const Session session(options);
-  const std::string id = desk::deleteManual(session, manual);
-  writeDone(std::cout, "deleted the manual " + id, {{kKey, id}}, options.format);
-  return kDone;
-}
-
 void addKey(Command& verb, std::string& manual) {
   verb.addOption("manual", manual, "The manual, by identifier or name")->required();
 }
@@ -53,14 +24,20 @@ struct Show : RegisterVerb {
   std::string manual;
 
   void describe(Command& verb) { addKey(verb, manual); }
-  [[nodiscard]] int run() const { return show(options, manual); }
+  void run(const Session& session) const {
+    writeDetail(std::cout, desk::viewManual(session, manual), options.format);
+  }
 };
 
 struct Add : RegisterVerb {
   ManualFields fields;
 
   void describe(Command& verb) { addManualFields(verb, fields); }
-  [[nodiscard]] int run() const { return add(options, fields); }
+  void check() const { desk::requireManualName(fields); }
+  void run(const Session& session) const {
+    const std::string id = desk::addManual(session, fields);
+    writeDone(std::cout, "added the manual " + id, {{kKey, id}}, options.format);
+  }
 };
 
 struct Edit : RegisterVerb {
@@ -71,14 +48,21 @@ struct Edit : RegisterVerb {
     addKey(verb, manual);
     addManualFields(verb, fields);
   }
-  [[nodiscard]] int run() const { return edit(options, manual, fields); }
+  void check() const { desk::requireChange(fields.any()); }
+  void run(const Session& session) const {
+    const std::string id = desk::editManual(session, manual, fields);
+    writeDone(std::cout, "changed the manual " + id, {{kKey, id}}, options.format);
+  }
 };
 
 struct Delete : RegisterVerb {
   std::string manual;
 
   void describe(Command& verb) { addKey(verb, manual); }
-  [[nodiscard]] int run() const { return remove(options, manual); }
+  void run(const Session& session) const {
+    const std::string id = desk::deleteManual(session, manual);
+    writeDone(std::cout, "deleted the manual " + id, {{kKey, id}}, options.format);
+  }
 };
 
 }  // namespace

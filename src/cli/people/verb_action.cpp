@@ -11,22 +11,6 @@ namespace {
 
 enum class Step : std::uint8_t { Complete, Close };
 
-int settle(const Options& options, std::int32_t action, Step step,
-           const std::optional<std::string>& on) {
-  const Session session(options);
-  const auto day = on ? parseDate(*on) : std::nullopt;
-  const bool close = step == Step::Close;
-  const auto settled =
-      close ? desk::closeAction(session, action, day) : desk::completeAction(session, action, day);
-  writeDone(std::cout,
-            (close ? "closed the action " : "completed the action ") + std::to_string(action),
-            {{"ActionID", action},
-             {"DateCompleted", settled.completed},
-             {"DateClosed", settled.closed ? Variant(*settled.closed) : Variant(Null)}},
-            options.format);
-  return kDone;
-}
-
 template <Step step>
 struct Settling : RegisterVerb {
   std::int32_t action = 0;
@@ -37,7 +21,18 @@ struct Settling : RegisterVerb {
         ->required();
     addDate(verb, "--on", on, "The day; today when left out");
   }
-  [[nodiscard]] int run() const { return settle(options, action, step, on); }
+  void run(const Session& session) const {
+    const auto day = on ? parseDate(*on) : std::nullopt;
+    const bool close = step == Step::Close;
+    const auto settled = close ? desk::closeAction(session, action, day)
+                               : desk::completeAction(session, action, day);
+    writeDone(std::cout,
+              (close ? "closed the action " : "completed the action ") + std::to_string(action),
+              {{"ActionID", action},
+               {"DateCompleted", settled.completed},
+               {"DateClosed", settled.closed ? Variant(*settled.closed) : Variant(Null)}},
+              options.format);
+  }
 };
 
 }  // namespace

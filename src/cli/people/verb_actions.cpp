@@ -9,12 +9,6 @@ namespace kv::cli {
 
 namespace {
 
-int list(const Options& options, const std::optional<std::string>& of, bool all) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listActions(session, of, all), options.format);
-  return kDone;
-}
-
 struct List : RegisterVerb {
   std::optional<std::string> of;
   bool all = false;
@@ -24,7 +18,9 @@ struct List : RegisterVerb {
         ->typeName("USER");
     verb.addFlag("--all", all, "Also those that are closed");
   }
-  [[nodiscard]] int run() const { return list(options, of, all); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listActions(session, of, all), options.format);
+  }
 };
 
 }  // namespace

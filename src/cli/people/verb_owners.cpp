@@ -12,62 +12,8 @@ namespace kv::cli {
 
 namespace {
 
-struct Words {
-  std::string document;
-  std::string user;
-  std::optional<std::string> before;
-};
-
 // One of the two lists of a document.
 using List = Ref<Recordset> (*)(const desk::Session& session, const std::string& document);
-
-int show(const Options& options, List list, const std::string& document) {
-  const Session session(options);
-  writeRows(std::cout, *list(session, document), options.format);
-  return kDone;
-}
-
-int done(const Options& options, const std::string& sentence, const std::string& document,
-         const std::string& user) {
-  writeDone(std::cout, sentence, {{"DocumentID", document}, {"UserID", user}}, options.format);
-  return kDone;
-}
-
-int addOwner(const Options& options, const Words& words) {
-  const Session session(options);
-  const auto [document, user] = desk::addOwner(session, words.document, words.user);
-  return done(options, user + " now owns the document " + document, document, user);
-}
-
-int removeOwner(const Options& options, const Words& words) {
-  const Session session(options);
-  const auto [document, user] = desk::removeOwner(session, words.document, words.user);
-  return done(options, user + " no longer owns the document " + document, document, user);
-}
-
-int addApprover(const Options& options, const Words& words) {
-  const Session session(options);
-  const auto [document, user, before] =
-      desk::addApprover(session, words.document, words.user, words.before);
-  return done(options,
-              user + " now approves the document " + document +
-                  (before.empty() ? "" : ", before " + before),
-              document, user);
-}
-
-int removeApprover(const Options& options, const Words& words) {
-  const Session session(options);
-  const auto [document, user, before] = desk::removeApprover(session, words.document, words.user);
-  return done(options, user + " no longer approves the document " + document, document, user);
-}
-
-int moveApprover(const Options& options, const Words& words) {
-  const Session session(options);
-  const auto [document, user, before] =
-      desk::moveApprover(session, words.document, words.user, *words.before);
-  return done(options, user + " now approves the document " + document + ", before " + before,
-              document, user);
-}
 
 template <List list>
 struct Show : RegisterVerb {
@@ -76,34 +22,92 @@ struct Show : RegisterVerb {
   void describe(Command& verb) {
     verb.addOption("document", document, "The document, by identifier or number")->required();
   }
-  [[nodiscard]] int run() const { return show(options, list, document); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *list(session, document), options.format);
+  }
 };
 
-enum class Order : std::uint8_t { None, Optional, Required };
-
-template <int (*make)(const Options& options, const Words& words), Order order = Order::None>
-struct Change : RegisterVerb {
-  Words words;
+// A change of one of the lists.
+struct ListChange : RegisterVerb {
+  std::string document;
+  std::string user;
 
   void describe(Command& verb) {
-    verb.addOption("document", words.document, "The document, by identifier or number")->required();
-    verb.addOption("user", words.user, "The user, by ID or name")->required();
-    if (order != Order::None)
-      addText(verb, "--before", words.before, "The approver who is asked next, by ID or name")
-          ->typeName("USER")
-          ->required(order == Order::Required);
+    verb.addOption("document", document, "The document, by identifier or number")->required();
+    verb.addOption("user", user, "The user, by ID or name")->required();
   }
-  [[nodiscard]] int run() const { return make(options, words); }
+
+ protected:
+  void done(const std::string& documentId, const std::string& userId, const std::string& what,
+            const std::string& before = {}) const {
+    writeDone(std::cout,
+              userId + what + " the document " + documentId +
+                  (before.empty() ? "" : ", before " + before),
+              {{"DocumentID", documentId}, {"UserID", userId}}, options.format);
+  }
+};
+
+struct AddOwner : ListChange {
+  void run(const Session& session) const {
+    const auto [documentId, userId] = desk::addOwner(session, document, user);
+    done(documentId, userId, " now owns");
+  }
+};
+
+struct RemoveOwner : ListChange {
+  void run(const Session& session) const {
+    const auto [documentId, userId] = desk::removeOwner(session, document, user);
+    done(documentId, userId, " no longer owns");
+  }
+};
+
+struct OrderedApprover : ListChange {
+  std::optional<std::string> before;
+
+ protected:
+  Argument* addBefore(Command& verb) {
+    return addText(verb, "--before", before, "The approver who is asked next, by ID or name")
+        ->typeName("USER");
+  }
+};
+
+struct AddApprover : OrderedApprover {
+  void describe(Command& verb) {
+    ListChange::describe(verb);
+    addBefore(verb);
+  }
+  void run(const Session& session) const {
+    const auto added = desk::addApprover(session, document, user, before);
+    done(added.documentId, added.userId, " now approves", added.before);
+  }
+};
+
+struct MoveApprover : OrderedApprover {
+  void describe(Command& verb) {
+    ListChange::describe(verb);
+    addBefore(verb)->required();
+  }
+  void run(const Session& session) const {
+    const auto moved = desk::moveApprover(session, document, user, *before);
+    done(moved.documentId, moved.userId, " now approves", moved.before);
+  }
+};
+
+struct RemoveApprover : ListChange {
+  void run(const Session& session) const {
+    const auto removed = desk::removeApprover(session, document, user);
+    done(removed.documentId, removed.userId, " no longer approves");
+  }
 };
 
 }  // namespace
 
 void ownerShow(Command& verb) { declare<Show<desk::listOwners>>(verb); }
-void ownerAdd(Command& verb) { declare<Change<addOwner>>(verb); }
-void ownerRemove(Command& verb) { declare<Change<removeOwner>>(verb); }
+void ownerAdd(Command& verb) { declare<AddOwner>(verb); }
+void ownerRemove(Command& verb) { declare<RemoveOwner>(verb); }
 void approverShow(Command& verb) { declare<Show<desk::listApprovers>>(verb); }
-void approverAdd(Command& verb) { declare<Change<addApprover, Order::Optional>>(verb); }
-void approverRemove(Command& verb) { declare<Change<removeApprover>>(verb); }
-void approverMove(Command& verb) { declare<Change<moveApprover, Order::Required>>(verb); }
+void approverAdd(Command& verb) { declare<AddApprover>(verb); }
+void approverRemove(Command& verb) { declare<RemoveApprover>(verb); }
+void approverMove(Command& verb) { declare<MoveApprover>(verb); }
 
 }  // namespace kv::cli

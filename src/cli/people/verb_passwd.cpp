@@ -9,22 +9,18 @@ namespace kv::cli {
 
 namespace {
 
-int change(const Options& options, const std::string& user) {
-  const Session session(options);
-  const std::string id = desk::requireMayChangePassword(session, user);
-  desk::changePassword(session, id,
-                       newPasswordFor("KVVESK_NEW_PASSWORD", "New password for " + user + ": "));
-  writeDone(std::cout, "changed the password of " + id, {{"UserID", id}}, options.format);
-  return kDone;
-}
-
 struct Password : RegisterVerb {
   std::string user;
 
   void describe(Command& verb) {
     verb.addOption("name", user, "The user, by ID or name")->required();
   }
-  [[nodiscard]] int run() const { return change(options, user); }
+  void run(const Session& session) const {
+    const std::string id = desk::requireMayChangePassword(session, user);
+    desk::changePassword(session, id,
+                         newPasswordFor("KVVESK_NEW_PASSWORD", "New password for " + user + ": "));
+    writeDone(std::cout, "changed the password of " + id, {{"UserID", id}}, options.format);
+  }
 };
 
 }  // namespace

@@ -38,29 +38,6 @@ desk::Switches read(desk::SettingKind kind, const Switches& switches) {
   return out;
 }
 
-int show(const Options& options, const std::optional<std::string>& of) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listRights(session, of), options.format);
-  return kDone;
-}
-
-int edit(const Options& options, const Changes& changes) {
-  if (!changes.any()) throw UsageError("nothing to change: give at least one right or option");
-  if ((changes.user.any() || changes.inherit) != changes.of.has_value())
-    throw UsageError("--of goes with --grant, --revoke and --inherit, and they need it");
-  const desk::RightsChange change{
-      .of = changes.of,
-      .user = read(desk::SettingKind::UserRight, changes.user),
-      .inherit = changes.inherit,
-      .owner = read(desk::SettingKind::OwnerRight, changes.owner),
-      .option = read(desk::SettingKind::UserOption, changes.option),
-      .application = read(desk::SettingKind::ApplicationOption, changes.application)};
-  change.check();
-  const Session session(options);
-  writeRows(std::cout, *desk::changeRights(session, change), options.format);
-  return kDone;
-}
-
 struct Show : RegisterVerb {
   std::optional<std::string> of;
 
@@ -68,7 +45,9 @@ struct Show : RegisterVerb {
     addText(verb, "--of", of, "The user, by ID or name; whoever logs in when left out")
         ->typeName("USER");
   }
-  [[nodiscard]] int run() const { return show(options, of); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listRights(session, of), options.format);
+  }
 };
 
 struct Edit : RegisterVerb {
@@ -96,7 +75,25 @@ struct Edit : RegisterVerb {
     numbers("--app-off", changes.application.off,
             "Options of the whole register to switch off; administrators");
   }
-  [[nodiscard]] int run() const { return edit(options, changes); }
+  void check() const {
+    if (!changes.any()) throw UsageError("nothing to change: give at least one right or option");
+    if ((changes.user.any() || changes.inherit) != changes.of.has_value())
+      throw UsageError("--of goes with --grant, --revoke and --inherit, and they need it");
+    change().check();
+  }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::changeRights(session, change()), options.format);
+  }
+
+ private:
+  [[nodiscard]] desk::RightsChange change() const {
+    return {.of = changes.of,
+            .user = read(desk::SettingKind::UserRight, changes.user),
+            .inherit = changes.inherit,
+            .owner = read(desk::SettingKind::OwnerRight, changes.owner),
+            .option = read(desk::SettingKind::UserOption, changes.option),
+            .application = read(desk::SettingKind::ApplicationOption, changes.application)};
+  }
 };
 
 }  // namespace

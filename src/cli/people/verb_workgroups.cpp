@@ -9,12 +9,6 @@ namespace kv::cli {
 
 namespace {
 
-int list(const Options& options, const std::optional<std::string>& members) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listWorkgroups(session, members), options.format);
-  return kDone;
-}
-
 struct List : RegisterVerb {
   std::optional<std::string> members;
 
@@ -22,7 +16,9 @@ struct List : RegisterVerb {
     addText(verb, "--members", members, "List the members of this workgroup, by number or title")
         ->typeName("GROUP");
   }
-  [[nodiscard]] int run() const { return list(options, members); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listWorkgroups(session, members), options.format);
+  }
 };
 
 }  // namespace

@@ -9,15 +9,15 @@ namespace kv::cli {
 
 namespace {
 
-int show(const Session& session, const Options& options, const std::string& key) {
+void show(const Session& session, const std::string& key, Format format) {
   const auto rs = desk::configuration(session, key);
-  if (options.format != Format::Table) {
-    writeRows(std::cout, *rs, options.format);
-    return kDone;
+  if (format != Format::Table) {
+    writeRows(std::cout, *rs, format);
+    return;
   }
   if (!key.empty()) {
     std::cout << plainText(rs->Fields(0)->Value()) << '\n';
-    return kDone;
+    return;
   }
   const std::int32_t count = rs->Fields().Count();
   std::vector<std::vector<std::string>> rows;
@@ -25,15 +25,6 @@ int show(const Session& session, const Options& options, const std::string& key)
   for (std::int32_t i = 0; i < count; ++i)
     rows.push_back({rs->Fields(i)->Name(), plainText(rs->Fields(i)->Value())});
   writeTable(std::cout, {"Key", "Value"}, rows);
-  return kDone;
-}
-
-int config(const Options& options, const std::string& key, const std::string* value) {
-  const Session session(options);
-  if (value == nullptr) return show(session, options, key);
-  const Variant stored = desk::setConfiguration(session, key, *value);
-  std::cout << key << " = " << plainText(stored) << '\n';
-  return kDone;
 }
 
 struct Setting : RegisterVerb {
@@ -45,7 +36,11 @@ struct Setting : RegisterVerb {
     verb.addOption("key", key, "The value to show or set; all of them when left out");
     addText(verb, "value", value, "The new value; empty for none");
   }
-  [[nodiscard]] int run() const { return config(options, key, value ? &*value : nullptr); }
+  void run(const Session& session) const {
+    if (!value) return show(session, key, options.format);
+    const Variant stored = desk::setConfiguration(session, key, *value);
+    std::cout << key << " = " << plainText(stored) << '\n';
+  }
 };
 
 }  // namespace

@@ -11,30 +11,6 @@ namespace kv::cli {
 
 namespace {
 
-int copy(const Options& options, const std::string& to, bool users) {
-  const Session session(options);
-  std::vector<CopiedTable> tables;
-  {
-    Progress progress("copying");
-    const auto show = [&](std::int64_t done, std::int64_t all, const std::string& table) {
-      progress.show(static_cast<std::size_t>(done), static_cast<std::size_t>(all),
-                    "rows, " + table);
-    };
-    tables =
-        desk::copyTo(session, to, users ? desk::CopyWhat::Users : desk::CopyWhat::Register, show);
-  }
-  std::vector<std::vector<std::string>> rows;
-  std::int64_t all = 0;
-  for (const auto& table : tables) {
-    rows.push_back(
-        {table.name, std::to_string(table.rows), fmt::format("{:016x}", table.checksum)});
-    all += table.rows;
-  }
-  writeTable(std::cout, {"Table", "Rows", "Checksum"}, rows);
-  std::cout << fmt::format("copied {} rows; both sides are the same\n", all);
-  return kDone;
-}
-
 struct Copy : RegisterVerb {
   static constexpr Formats kFormats = Formats::None;
   std::string to;
@@ -47,7 +23,27 @@ struct Copy : RegisterVerb {
                  "Only the users, their actions and saved queries, for registers to share: then "
                  "set UserDBLocation");
   }
-  [[nodiscard]] int run() const { return copy(options, to, users); }
+  void run(const Session& session) const {
+    std::vector<CopiedTable> tables;
+    {
+      Progress progress("copying");
+      const auto show = [&](std::int64_t done, std::int64_t all, const std::string& table) {
+        progress.show(static_cast<std::size_t>(done), static_cast<std::size_t>(all),
+                      "rows, " + table);
+      };
+      tables =
+          desk::copyTo(session, to, users ? desk::CopyWhat::Users : desk::CopyWhat::Register, show);
+    }
+    std::vector<std::vector<std::string>> rows;
+    std::int64_t all = 0;
+    for (const auto& table : tables) {
+      rows.push_back(
+          {table.name, std::to_string(table.rows), fmt::format("{:016x}", table.checksum)});
+      all += table.rows;
+    }
+    writeTable(std::cout, {"Table", "Rows", "Checksum"}, rows);
+    std::cout << fmt::format("copied {} rows; both sides are the same\n", all);
+  }
 };
 
 }  // namespace

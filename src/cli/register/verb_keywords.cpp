@@ -10,46 +10,19 @@ namespace kv::cli {
 
 namespace {
 
-constexpr const char* kField = "FieldName";
-constexpr const char* kKeyword = "Keyword";
-
-using Entry = desk::Keyword;
-
-int show(const Options& options, const std::optional<std::string>& field) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listKeywords(session, field), options.format);
-  return kDone;
-}
-
-int add(const Options& options, const Entry& entry) {
-  desk::requireKeyword(entry.keyword);
-  const Session session(options);
-  const Entry added = desk::addKeyword(session, entry);
-  writeDone(std::cout, "added the keyword " + added.keyword + " to the field " + added.field,
-            {{kField, added.field}, {kKeyword, added.keyword}}, options.format);
-  return kDone;
-}
-
-int remove(const Options& options, const Entry& entry) {
-  const Session session(options);
-  desk::deleteKeyword(session, entry);
-  writeDone(std::cout, "deleted the keyword " + entry.keyword + " of the field " + entry.field,
-            {{kField, entry.field}, {kKeyword, entry.keyword}}, options.format);
-  return kDone;
-}
-
 struct Show : RegisterVerb {
   std::optional<std::string> field;
 
   void describe(Command& verb) {
     addText(verb, "field", field, "The field; all of them when left out")->typeName("FIELD");
   }
-  [[nodiscard]] int run() const { return show(options, field); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listKeywords(session, field), options.format);
+  }
 };
 
-template <int (*make)(const Options&, const Entry&)>
-struct Change : RegisterVerb {
-  Entry entry;
+struct OneKeyword : RegisterVerb {
+  desk::Keyword entry;
 
   void describe(Command& verb) {
     verb.addOption("field", entry.field,
@@ -58,13 +31,33 @@ struct Change : RegisterVerb {
         ->typeName("FIELD");
     verb.addOption("keyword", entry.keyword, "The keyword; case does not matter")->required();
   }
-  [[nodiscard]] int run() const { return make(options, entry); }
+
+ protected:
+  void done(const std::string& sentence, const desk::Keyword& keyword) const {
+    writeDone(std::cout, sentence + keyword.field,
+              {{"FieldName", keyword.field}, {"Keyword", keyword.keyword}}, options.format);
+  }
+};
+
+struct Add : OneKeyword {
+  void check() const { desk::requireKeyword(entry.keyword); }
+  void run(const Session& session) const {
+    const auto added = desk::addKeyword(session, entry);
+    done("added the keyword " + added.keyword + " to the field ", added);
+  }
+};
+
+struct Delete : OneKeyword {
+  void run(const Session& session) const {
+    desk::deleteKeyword(session, entry);
+    done("deleted the keyword " + entry.keyword + " of the field ", entry);
+  }
 };
 
 }  // namespace
 
 void keywordShow(Command& verb) { declare<Show>(verb); }
-void keywordAdd(Command& verb) { declare<Change<add>>(verb); }
-void keywordDelete(Command& verb) { declare<Change<remove>>(verb); }
+void keywordAdd(Command& verb) { declare<Add>(verb); }
+void keywordDelete(Command& verb) { declare<Delete>(verb); }
 
 }  // namespace kv::cli

@@ -11,26 +11,10 @@ namespace {
 
 using desk::Labelling;
 
-int show(const Options& options) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listLabels(session), options.format);
-  return kDone;
-}
-
-int set(const Options& options, const Labelling& given) {
-  given.check();
-  const Session session(options);
-  const Labelling now = desk::setLabel(session, given);
-  const std::string named = "the field " + now.field + " of " + now.of;
-  writeDone(
-      std::cout,
-      now.label.empty() ? "took the label off " + named : named + " is now called " + now.label,
-      {{"Of", now.of}, {"Field", now.field}, {"Label", now.label}}, options.format);
-  return kDone;
-}
-
 struct Show : RegisterVerb {
-  [[nodiscard]] int run() const { return show(options); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listLabels(session), options.format);
+  }
 };
 
 struct Set : RegisterVerb {
@@ -45,7 +29,15 @@ struct Set : RegisterVerb {
         ->typeName("FIELD");
     verb.addOption("label", given.label, "The label; an empty text for none")->required();
   }
-  [[nodiscard]] int run() const { return set(options, given); }
+  void check() const { given.check(); }
+  void run(const Session& session) const {
+    const Labelling now = desk::setLabel(session, given);
+    const std::string named = "the field " + now.field + " of " + now.of;
+    writeDone(
+        std::cout,
+        now.label.empty() ? "took the label off " + named : named + " is now called " + now.label,
+        {{"Of", now.of}, {"Field", now.field}, {"Label", now.label}}, options.format);
+  }
 };
 
 }  // namespace

@@ -26,35 +26,6 @@ void runOne(const Session& session, const std::string& text, Format format) {
     writeAffected(std::cout, result.affected, format);
 }
 
-int runText(const Options& options, const std::string& text) {
-  const Session session(options);
-  desk::requireMayRunStatements(session);
-  int ending = kDone;
-  const auto run = [&](const std::string& statement) {
-    try {
-      runOne(session, statement, options.format);
-    } catch (const Error& e) {
-      if (options.format != Format::JsonLines) {
-        showPlace(e, statement);
-        throw;
-      }
-      writeErrorLine(std::cout, e);
-      ending = kRefused;
-    }
-  };
-  if (text != "-") {
-    run(text);
-    return ending;
-  }
-  for (std::string line; std::getline(std::cin, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line.find_first_not_of(" \t") == std::string::npos) continue;
-    run(line);
-    std::cout << std::flush;
-  }
-  return ending;
-}
-
 struct Sql : RegisterVerb {
   static constexpr Formats kFormats = Formats::Lines;
   std::string text;
@@ -64,7 +35,33 @@ struct Sql : RegisterVerb {
                    "The statement, or - for statements from standard input, one per line")
         ->required();
   }
-  [[nodiscard]] int run() const { return runText(options, text); }
+  [[nodiscard]] int run(const Session& session) const {
+    desk::requireMayRunStatements(session);
+    int ending = kDone;
+    const auto run = [&](const std::string& statement) {
+      try {
+        runOne(session, statement, options.format);
+      } catch (const Error& e) {
+        if (options.format != Format::JsonLines) {
+          showPlace(e, statement);
+          throw;
+        }
+        writeErrorLine(std::cout, e);
+        ending = kRefused;
+      }
+    };
+    if (text != "-") {
+      run(text);
+      return ending;
+    }
+    for (std::string line; std::getline(std::cin, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      if (line.find_first_not_of(" \t") == std::string::npos) continue;
+      run(line);
+      std::cout << std::flush;
+    }
+    return ending;
+  }
 };
 
 }  // namespace

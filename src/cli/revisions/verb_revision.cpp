@@ -28,44 +28,13 @@ void addFields(Command& verb, RevisionFields& fields) {
   addDateOrNone(verb, "--effective", fields.effective, "Since when it is effective");
 }
 
-int show(const Options& options, std::int32_t revision) {
-  const Session session(options);
-  writeDetail(std::cout, desk::viewRevision(session, revision), options.format);
-  return kDone;
-}
-
-int add(const Options& options, const std::string& document, const RevisionFields& fields,
-        const std::optional<std::string>& responsible) {
-  const Session session(options);
-  const auto added = desk::addRevision(session, document, fields, responsible);
-  writeDone(std::cout,
-            "added the revision " + std::to_string(added.revision) + " to " + added.documentId,
-            {{kKey, added.revision}, {"DocumentID", added.documentId}}, options.format);
-  return kDone;
-}
-
-int edit(const Options& options, std::int32_t revision, const RevisionFields& fields) {
-  desk::requireChange(fields.any());
-  const Session session(options);
-  desk::editRevision(session, revision, fields);
-  writeDone(std::cout, "changed the revision " + std::to_string(revision), {{kKey, revision}},
-            options.format);
-  return kDone;
-}
-
-int remove(const Options& options, std::int32_t revision) {
-  const Session session(options);
-  desk::deleteRevision(session, revision);
-  writeDone(std::cout, "deleted the revision " + std::to_string(revision), {{kKey, revision}},
-            options.format);
-  return kDone;
-}
-
 struct Show : RegisterVerb {
   std::int32_t revision = 0;
 
   void describe(Command& verb) { addRevisionKey(verb, revision); }
-  [[nodiscard]] int run() const { return show(options, revision); }
+  void run(const Session& session) const {
+    writeDetail(std::cout, desk::viewRevision(session, revision), options.format);
+  }
 };
 
 struct Add : RegisterVerb {
@@ -79,7 +48,12 @@ struct Add : RegisterVerb {
     addText(verb, "--responsible", responsible,
             "Who prepares it, by ID or name; whoever logs in when left out");
   }
-  [[nodiscard]] int run() const { return add(options, document, fields, responsible); }
+  void run(const Session& session) const {
+    const auto added = desk::addRevision(session, document, fields, responsible);
+    writeDone(std::cout,
+              "added the revision " + std::to_string(added.revision) + " to " + added.documentId,
+              {{kKey, added.revision}, {"DocumentID", added.documentId}}, options.format);
+  }
 };
 
 struct Edit : RegisterVerb {
@@ -90,14 +64,23 @@ struct Edit : RegisterVerb {
     addRevisionKey(verb, revision);
     addFields(verb, fields);
   }
-  [[nodiscard]] int run() const { return edit(options, revision, fields); }
+  void check() const { desk::requireChange(fields.any()); }
+  void run(const Session& session) const {
+    desk::editRevision(session, revision, fields);
+    writeDone(std::cout, "changed the revision " + std::to_string(revision), {{kKey, revision}},
+              options.format);
+  }
 };
 
 struct Delete : RegisterVerb {
   std::int32_t revision = 0;
 
   void describe(Command& verb) { addRevisionKey(verb, revision); }
-  [[nodiscard]] int run() const { return remove(options, revision); }
+  void run(const Session& session) const {
+    desk::deleteRevision(session, revision);
+    writeDone(std::cout, "deleted the revision " + std::to_string(revision), {{kKey, revision}},
+              options.format);
+  }
 };
 
 }  // namespace

@@ -21,47 +21,6 @@ std::string named(std::int32_t revision, const desk::RevisionStep& step) {
   return "revision " + std::to_string(revision) + " of " + step.documentId;
 }
 
-int route(const Options& options, std::int32_t revision, bool again) {
-  const Session session(options);
-  const auto step = desk::routeRevision(session, revision, again);
-  writeStep(std::cout, "routed the " + named(revision, step), step, options.format);
-  return kDone;
-}
-
-int decide(const Options& options, std::int32_t revision, Decision decision,
-           const std::optional<std::string>& user, const std::optional<std::string>& notes) {
-  const Session session(options);
-  const auto decided = desk::decideRevision(session, revision, decision, user, notes);
-  writeStep(std::cout,
-            (decision == Decision::Approve ? "approved the " : "rejected the ") +
-                named(revision, decided.step) + (user ? " for " + decided.approver : ""),
-            decided.step, options.format);
-  return kDone;
-}
-
-int setCurrent(const Options& options, std::int32_t revision) {
-  const Session session(options);
-  const auto current = desk::setCurrentRevision(session, revision);
-  std::string outOfDate;
-  for (const auto other : current.outOfDate)
-    outOfDate += (outOfDate.empty() ? " instead of " : ", ") + std::to_string(other);
-  writeStep(std::cout, "put the " + named(revision, current.step) + " in force" + outOfDate,
-            current.step, options.format);
-  return kDone;
-}
-
-int status(const Options& options, std::int32_t revision) {
-  const Session session(options);
-  const auto [standing, approvals] = desk::statusOfRevision(session, revision);
-  if (options.format == Format::Json) {
-    writeJson(std::cout, *standing, "approvals", *approvals);
-    return kDone;
-  }
-  std::cout << fieldText(*standing, "Status") << '\n';
-  if (approvals->RecordCount() > 0) writeRows(std::cout, *approvals, options.format);
-  return kDone;
-}
-
 // A step of a revision on its way.
 struct Step : RegisterVerb {
   static constexpr Formats kFormats = Formats::None;
@@ -83,7 +42,10 @@ struct Route : Step {
     verb.addFlag("--again", again,
                  "Also while it is awaiting approval or is approved: all approvers decide anew");
   }
-  [[nodiscard]] int run() const { return route(options, revision, again); }
+  void run(const Session& session) const {
+    const auto step = desk::routeRevision(session, revision, again);
+    writeStep(std::cout, "routed the " + named(revision, step), step, options.format);
+  }
 };
 
 template <Decision decision>
@@ -97,11 +59,24 @@ struct Decide : Step {
         ->typeName("USER");
     addText(verb, "--notes", notes, "The approver's remark");
   }
-  [[nodiscard]] int run() const { return decide(options, revision, decision, user, notes); }
+  void run(const Session& session) const {
+    const auto decided = desk::decideRevision(session, revision, decision, user, notes);
+    writeStep(std::cout,
+              (decision == Decision::Approve ? "approved the " : "rejected the ") +
+                  named(revision, decided.step) + (user ? " for " + decided.approver : ""),
+              decided.step, options.format);
+  }
 };
 
 struct SetCurrent : Step {
-  [[nodiscard]] int run() const { return setCurrent(options, revision); }
+  void run(const Session& session) const {
+    const auto current = desk::setCurrentRevision(session, revision);
+    std::string outOfDate;
+    for (const auto other : current.outOfDate)
+      outOfDate += (outOfDate.empty() ? " instead of " : ", ") + std::to_string(other);
+    writeStep(std::cout, "put the " + named(revision, current.step) + " in force" + outOfDate,
+              current.step, options.format);
+  }
 };
 
 struct Status : RegisterVerb {
@@ -114,7 +89,16 @@ struct Status : RegisterVerb {
             "of its approvers");
     addRevisionKey(verb, revision);
   }
-  [[nodiscard]] int run() const { return status(options, revision); }
+  [[nodiscard]] int run(const Session& session) const {
+    const auto [standing, approvals] = desk::statusOfRevision(session, revision);
+    if (options.format == Format::Json) {
+      writeJson(std::cout, *standing, "approvals", *approvals);
+      return kDone;
+    }
+    std::cout << fieldText(*standing, "Status") << '\n';
+    if (approvals->RecordCount() > 0) writeRows(std::cout, *approvals, options.format);
+    return kDone;
+  }
 };
 
 }  // namespace

@@ -8,19 +8,15 @@ namespace kv::cli {
 
 namespace {
 
-int list(const Options& options, const std::string& document) {
-  const Session session(options);
-  writeRows(std::cout, *desk::listRevisions(session, document), options.format);
-  return kDone;
-}
-
 struct List : RegisterVerb {
   std::string document;
 
   void describe(Command& verb) {
     verb.addOption("document", document, "The document, by identifier or number")->required();
   }
-  [[nodiscard]] int run() const { return list(options, document); }
+  void run(const Session& session) const {
+    writeRows(std::cout, *desk::listRevisions(session, document), options.format);
+  }
 };
 
 }  // namespace

@@ -51,19 +51,4 @@ bool isCurrentOf(const Session& session, const std::string& document, std::int32
   return compareValues(current, revision) == 0;
 }
 
-std::string statusText(const Session& session, std::int32_t revision) {
-  std::string document, level, user1, user2, effective, description, location, status;
-  std::int16_t routing = 0;
-  std::int16_t code = 0;
-  Ref<Recordset> approvals;
-  try {
-    (void)session->Revision()->LoadRevisionData(revision, document, routing, code, level, user1,
-                                                user2, effective, description, location, status,
-                                                approvals);
-  } catch (const Error& e) {
-    return "(" + e.description() + ")";
-  }
-  return status;
-}
-
 }  // namespace kv::desk

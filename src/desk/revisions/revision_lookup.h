@@ -28,8 +28,4 @@ struct FoundRevision {
 [[nodiscard]] bool isCurrentOf(const Session& session, const std::string& document,
                                std::int32_t revision);
 
-// Where a revision stands, in words. For a row that the words cannot be found for, as old registers
-// have them, the reason in parentheses.
-[[nodiscard]] std::string statusText(const Session& session, std::int32_t revision);
-
 }  // namespace kv::desk

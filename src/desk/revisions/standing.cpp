@@ -1,5 +1,6 @@
 #include "desk/revisions/standing.h"
 
+#include "common/convert.h"
 #include "common/error.h"
 #include "desk/answer_set.h"
 
@@ -7,6 +8,8 @@ namespace kv::desk {
 
 std::string standingText(const Session& session, const Ref<Recordset>& revision) {
   try {
+    // No status has no words, like one that is not known; unlike that it is a fault to be told.
+    (void)toInt16(revision->Fields("RevisionStatus")->Value());
     return session->Revision()->RevStatusDescription(revision);
   } catch (const Error& e) {
     return "(" + e.description() + ")";

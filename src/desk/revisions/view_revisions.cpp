@@ -1,6 +1,5 @@
 #include "desk/revisions/view_revisions.h"
 
-#include "common/convert.h"
 #include "desk/answer_set.h"
 #include "desk/documents/document_access.h"
 #include "desk/revisions/revision_lookup.h"
@@ -38,7 +37,7 @@ Detail viewRevision(const Session& session, std::int32_t revision) {
                     {"RevUser2", kTypeVarWChar},
                     {"Location", kTypeVarWChar},
                     {"ChangeDescription", kTypeLongVarWChar}});
-  answer.add({revision, value("DocumentID"), value("RevisionLevel"), statusText(session, revision),
+  answer.add({revision, value("DocumentID"), value("RevisionLevel"), standingText(session, row),
               value("RevisionStatus"), value("RoutingStatus"), value("EffectiveDate"),
               value("ResponsibleID"), value("RevUser1"), value("RevUser2"), value("Location"),
               value("ChangeDescription")});
@@ -50,7 +49,8 @@ Ref<Recordset> listRevisions(const Session& session, const std::string& document
   const DocumentKey key = findDocument(session, document);
   const auto rs = openOwn(session.database(),
                           "Select RevisionID, RevisionLevel, EffectiveDate, ResponsibleID, "
-                          "Location, ChangeDescription From Revisions Where DocumentID = '" +
+                          "Location, ChangeDescription, RevisionStatus, RoutingStatus From "
+                          "Revisions Where DocumentID = '" +
                               key.joined + "' Order By RevisionID",
                           kReadOnly);
   AnswerSet answer({{"RevisionID", kTypeInteger},
@@ -61,10 +61,10 @@ Ref<Recordset> listRevisions(const Session& session, const std::string& document
                     {"Location", kTypeVarWChar},
                     {"ChangeDescription", kTypeLongVarWChar}});
   for (; !rs->Eof(); rs->MoveNext()) {
-    const Variant id = rs->Fields("RevisionID")->Value();
-    answer.add({id, rs->Fields("RevisionLevel")->Value(), statusText(session, toInt32(id)),
-                rs->Fields("EffectiveDate")->Value(), rs->Fields("ResponsibleID")->Value(),
-                rs->Fields("Location")->Value(), rs->Fields("ChangeDescription")->Value()});
+    const auto value = [&](const char* column) { return rs->Fields(column)->Value(); };
+    answer.add({value("RevisionID"), value("RevisionLevel"), standingText(session, rs),
+                value("EffectiveDate"), value("ResponsibleID"), value("Location"),
+                value("ChangeDescription")});
   }
   return answer.take();
 }

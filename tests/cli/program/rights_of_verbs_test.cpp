@@ -13,7 +13,7 @@
 #include <set>
 #include <sstream>
 
-#include "cli/help_text.h"
+#include "cli/program/program.h"
 #include "cli/verb_register.h"
 #include "relations/relation_errors.h"
 #include "relations/release_rights.h"
@@ -332,12 +332,25 @@ TEST_F(RightsOfVerbs, OwnersNeedTheOwnerRight) {
   }
 }
 
+using Verbs = std::map<std::string, std::set<std::string>>;  // with their options
+
+void addVerbs(const cli::CommandOutline& verb, Verbs& verbs) {
+  for (const auto& part : verb.parts) addVerbs(part, verbs);
+  if (!verb.parts.empty()) return;
+  auto& options = verbs[verb.path];
+  for (const auto& option : verb.options) options.insert(option.names.back());
+}
+
 TEST_F(RightsOfVerbs, NoVerbAndNoOptionIsMissing) {
-  std::map<std::string, std::set<std::string>> paired;
+  Verbs verbs;
+  addVerbs(cli::programOutline(), verbs);
+  verbs.erase("new");         // there is no register to ask yet
+  verbs.erase("completion");  // it is about the program, not about a register
+  Verbs paired;
   for (const auto& row : rowsOfTheTable()) {
     std::string verb = row.command[0];
-    if (test::listedIn(test::run({verb, "--help"}).out, "Subcommands:").contains(row.command[1]))
-      verb += " " + row.command[1];
+    if (!verbs.contains(verb)) verb += " " + row.command[1];
+    ASSERT_TRUE(verbs.contains(verb)) << verb;
     for (const auto& word : row.command)
       if (word.starts_with("--")) paired[verb].insert(word);
     paired[verb];
@@ -345,19 +358,12 @@ TEST_F(RightsOfVerbs, NoVerbAndNoOptionIsMissing) {
   // Those that say who asks and how the answer looks.
   const std::set<std::string> common = {"--help", "--user", "--trace",
                                         "--csv",  "--json", "--jsonl"};
-  const auto check = [&](const std::string& verb, const std::string& help) {
+  EXPECT_GT(verbs.size(), 50U);
+  for (const auto& [verb, options] : verbs) {
     ASSERT_TRUE(paired.contains(verb)) << verb;
-    for (const auto& option : test::listedIn(help, "Options:"))
+    for (const auto& option : options)
       EXPECT_TRUE(common.contains(option) || paired[verb].contains(option))
           << verb << ' ' << option;
-  };
-  for (const auto& verb : test::listedIn(test::run({"--help"}).out, "Subcommands:")) {
-    if (verb == "new") continue;         // there is no register to ask yet
-    if (verb == "completion") continue;  // it is about the program, not about a register
-    const std::string help = test::run({verb, "--help"}).out;
-    const auto parts = test::listedIn(help, "Subcommands:");
-    if (parts.empty()) check(verb, help);
-    for (const auto& part : parts) check(verb + " " + part, test::run({verb, part, "--help"}).out);
   }
 }
 

@@ -1,5 +1,6 @@
 // kvvesk revisions and revision.
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "cli/verb_register.h"
@@ -51,6 +52,27 @@ TEST_F(RevisionVerbs, AStatusThatCannotBeToldDoesNotHideTheOthers) {
   EXPECT_EQ(rows[0][2], "") << "a status without words";
   EXPECT_EQ(rows[1][2], "(Invalid use of Null)");
   EXPECT_THAT(reg_.done("revision show", {"902"}), HasSubstr("(Invalid use of Null)"));
+  EXPECT_EQ(reg_.done("revision status", {"902"}), "(Invalid use of Null)\n");
+}
+
+TEST_F(RevisionVerbs, EveryVerbSaysWhereARevisionStandsInTheRegistersWords) {
+  reg_.execute("Update VeskConfig Set [Revision] = 'Issue'");
+  const std::vector<std::string> texts = {
+      "Out of date Issue", "Current Issue", "Being Revised by Carla",
+      "Awaiting Approval", "Approved",      "Rejected"};
+  const auto told = [&](const std::string& verb, const char* of) {
+    const auto answer = json::parse(reg_.done(verb, {of, "--json"}));
+    const auto& columns = answer["columns"];
+    const auto place = std::find(columns.begin(), columns.end(), "Status") - columns.begin();
+    return answer["rows"][0][static_cast<std::size_t>(place)].get<std::string>();
+  };
+  for (std::size_t status = 0; status < texts.size(); ++status) {
+    reg_.execute("Update Revisions Set RevisionStatus = " + std::to_string(status) +
+                 " Where RevisionID = 901");
+    EXPECT_EQ(told("revisions", "D1"), texts[status]);
+    EXPECT_EQ(told("revision show", "901"), texts[status]);
+    EXPECT_EQ(told("revision status", "901"), texts[status]);
+  }
 }
 
 TEST_F(RevisionVerbs, ShowsARevision) {
