@@ -1,6 +1,7 @@
 // The root object's operations on actions: things for people to do.
 #include "common/convert.h"
 #include "kvdata/operation.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/sql_text.h"
 #include "session/vesk.h"
 #include "session/vesk_errors.h"

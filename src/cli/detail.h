@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/options.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/recordset/recordset.h"
 
 namespace kv::cli {

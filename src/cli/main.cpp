@@ -8,7 +8,7 @@
 #include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "common/error.h"
-#include "session/version.h"
+#include "kvvesk/version.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ int run(const std::vector<const char*>& words) {
       "kvvesk",
       "Keeps a controlled-document register: documents, revisions, manuals, users and who holds "
       "what.",
-      fmt::format("{}.{}.{}", kv::kVersionMajor, kv::kVersionMinor, kv::kVersionRevision));
+      kv::kVersionText);
   kv::cli::Command& app = line.command();
   app.requireSubcommand();
   app.footer(

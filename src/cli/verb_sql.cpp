@@ -4,6 +4,7 @@
 #include "cli/verbs.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "kvdata/recordset/database.h"
 
 namespace kv::cli {
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 // Base of the library's own codes: what a component adds to its error codes (hexadecimal 80040000).
@@ -55,7 +57,7 @@ struct TextRange {
   std::size_t length = 0;
 };
 
-class Error : public std::exception {
+class KVVESK_API Error : public std::exception {
  public:
   Error(std::int32_t number, std::string source, std::string description, TextRange where = {});
 
@@ -76,9 +78,9 @@ class Error : public std::exception {
 
 // Raises a host or record-set number with its well-known text. `detail`, when given, follows the
 // text after a blank: a name, a value, a reason.
-[[noreturn]] void raise(std::int32_t number, std::string_view detail = {});
+[[noreturn]] KVVESK_API void raise(std::int32_t number, std::string_view detail = {});
 
 // The well-known text of a host or record-set number; empty for numbers without one.
-[[nodiscard]] std::string_view wellKnownText(std::int32_t number) noexcept;
+[[nodiscard]] KVVESK_API std::string_view wellKnownText(std::int32_t number) noexcept;
 
 }  // namespace kv

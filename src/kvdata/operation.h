@@ -6,7 +6,9 @@
 #include <string_view>
 #include <utility>
 
+#include "common/sql_value.h"
 #include "kvdata/connection.h"
+#include "kvdata/recordset/database.h"
 
 namespace kv {
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/convert.h"
+#include "queries/conditions.h"
 
 namespace kv {
 

@@ -14,6 +14,7 @@
 #include "cli/import/csv_table.h"
 #include "cli/import/importer.h"
 #include "cli/output.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/create_register.h"
 #include "support/shared_data.h"
 #include "support/test_register.h"

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/create_register.h"
 #include "queries/user_query.h"
 #include "support/session_test.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "session/version.h"
+#include "kvvesk/version.h"
 #include "support/error_check.h"
 #include "support/test_register.h"
 

@@ -24,9 +24,23 @@ constexpr double kSlotsPerGeneration = 4294967296.0;  // bookmarks: generation *
 
 }  // namespace
 
+// Every field asks these two; here, where the compiler sees what they need.
+inline bool Recordset::isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
+inline std::size_t Recordset::currentRow() {
+  if (row_ == kNoRow || blockStamp_ != source_->stamp()) row_ = rowAt(currentPlace());
+  return row_;
+}
+
 // ---- making, opening, closing ----
 
-Recordset::Recordset(Private) noexcept : fields_(*this) {}
+struct Recordset::Pending {
+  bool adding = false;
+  RowEdit values;
+  engine::RowBlock original;  // the row as read for this edit; empty when adding
+  Position left;              // where an addition began
+};
+
+Recordset::Recordset(Private) : fields_(*this), block_(std::make_unique<engine::RowBlock>()) {}
 Recordset::~Recordset() = default;
 
 Ref<Recordset> Recordset::create() {
@@ -55,7 +69,7 @@ void Recordset::attach(std::shared_ptr<RowSource> source) {
   source_ = std::move(source);
   open_ = true;
   cursorType_ = source_->keyed() ? kKeyset : kStatic;
-  if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
+  if (source_->takeHead(*block_)) blockStamp_ = source_->stamp();
   moveTo(first());
 }
 
@@ -73,7 +87,7 @@ void Recordset::Close() {
   source_.reset();
   local_.reset();
   view_.reset();
-  block_.reset(0);
+  block_->reset(0);
 }
 
 std::int32_t Recordset::State() const noexcept { return open_ ? kStateOpen : kStateClosed; }
@@ -303,7 +317,7 @@ void Recordset::loadBlock(std::size_t place) {
   const auto stamp = source_->stamp();
   const bool fresh = blockStamp_ == stamp;
   std::size_t from = place;
-  if (fresh && place == blockFirst_ + block_.rows()) {
+  if (fresh && place == blockFirst_ + block_->rows()) {
     readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
   } else if (fresh && place + 1 == blockFirst_) {
     readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
@@ -317,17 +331,17 @@ void Recordset::loadBlock(std::size_t place) {
   for (auto p = from; p < to; ++p) slots.push_back(slotAt(p));
   blockStamp_ = 0;  // nothing, should the reading fail
   row_ = kNoRow;
-  source_->read(slots, block_);
+  source_->read(slots, *block_);
   blockFirst_ = from;
   blockStamp_ = stamp;
 }
 
 bool Recordset::readRow(std::size_t place, std::size_t& row) {
   if (blockStamp_ != source_->stamp() || place < blockFirst_ ||
-      place >= blockFirst_ + block_.rows())
+      place >= blockFirst_ + block_->rows())
     loadBlock(place);
   row = place - blockFirst_;
-  return !block_.missing(row);
+  return !block_->missing(row);
 }
 
 std::size_t Recordset::rowAt(std::size_t place) {
@@ -344,20 +358,20 @@ Variant Recordset::fieldValue(std::size_t column) {
     if (pending_->adding) return Null;
     return shownValue(pending_->original, 0, column, type);
   }
-  return shownValue(block_, currentRow(), column, type);
+  return shownValue(*block_, currentRow(), column, type);
 }
 
 bool Recordset::fieldIsNull(std::size_t column) {
   requireOpen();
   if (pending_) return fieldValue(column).isNull();
-  return block_.cell(currentRow(), column).kind == engine::Cell::Kind::Null;
+  return block_->cell(currentRow(), column).kind == engine::Cell::Kind::Null;
 }
 
 std::string_view Recordset::fieldText(std::size_t column) {
   requireOpen();
   if (!pending_) {
-    const auto& cell = block_.cell(currentRow(), column);
-    if (cell.kind == engine::Cell::Kind::Text) return block_.text(cell);
+    const auto& cell = block_->cell(currentRow(), column);
+    if (cell.kind == engine::Cell::Kind::Text) return block_->text(cell);
   }
   scratch_ = joinText(fieldValue(column));
   return scratch_;
@@ -378,7 +392,7 @@ void Recordset::beginEdit() {
   auto pending = std::make_unique<Pending>();
   pending->values.resize(source_->columns().size());
   pending->original.reset(source_->columns().size());
-  pending->original.addRow(block_, row);
+  pending->original.addRow(*block_, row);
   pending_ = std::move(pending);
 }
 
@@ -455,10 +469,10 @@ void Recordset::Requery() {
   saveFirst();
   source_->requery();
   view_.reset();
-  block_.reset(0);
+  block_->reset(0);
   blockFirst_ = 0;
   blockStamp_ = 0;
-  if (source_->takeHead(block_)) blockStamp_ = source_->stamp();
+  if (source_->takeHead(*block_)) blockStamp_ = source_->stamp();
   rebuildView();
   moveTo(first());
 }
@@ -468,11 +482,11 @@ void Recordset::Requery() {
 bool Recordset::holds(const Comparison& comparison, std::size_t place) {
   std::size_t row = 0;
   if (!readRow(place, row)) return false;  // somebody deleted it
-  const auto& cell = block_.cell(row, comparison.column());
+  const auto& cell = block_->cell(row, comparison.column());
   if (cell.kind == engine::Cell::Kind::Text && comparison.isText())
-    return comparison.holdsText(block_.text(cell));
+    return comparison.holdsText(block_->text(cell));
   return comparison.holds(
-      shownValue(block_, row, comparison.column(), source_->columns()[comparison.column()].type));
+      shownValue(*block_, row, comparison.column(), source_->columns()[comparison.column()].type));
 }
 
 void Recordset::Find(const std::string& Criteria, std::int32_t SkipRows, std::int32_t Direction,
@@ -518,7 +532,7 @@ std::vector<std::vector<Variant>> Recordset::GetRows(std::int32_t Rows, const Va
   for (std::int32_t i = 0; onRow && (Rows == kRestOfRows || i < Rows); ++i) {
     const auto row = rowAt(position.place);
     for (std::size_t f = 0; f < wanted.size(); ++f)
-      out[f].push_back(shownValue(block_, row, wanted[f], columns[wanted[f]].type));
+      out[f].push_back(shownValue(*block_, row, wanted[f], columns[wanted[f]].type));
     onRow = stepForward(position);
   }
   moveTo(position);
@@ -566,9 +580,9 @@ void Recordset::arrange(const std::string& column, const std::vector<std::string
     std::size_t row = 0;
     std::size_t rank = ranks.size();
     if (readRow(slot, row)) {
-      const auto& cell = block_.cell(row, place);
+      const auto& cell = block_->cell(row, place);
       if (cell.kind == engine::Cell::Kind::Text) {
-        const auto known = ranks.find(foldKey(block_.text(cell)));
+        const auto known = ranks.find(foldKey(block_->text(cell)));
         if (known != ranks.end()) rank = known->second;
       }
     }
@@ -622,7 +636,7 @@ void Recordset::rebuildView() {
     if (order.empty()) continue;
     auto& own = keys.emplace_back();
     for (const auto& column : order) {
-      const Variant value = shownValue(block_, row, column.column, columns[column.column].type);
+      const Variant value = shownValue(*block_, row, column.column, columns[column.column].type);
       Key& key = own.emplace_back();
       key.null = value.isNull();
       if (key.null) continue;

@@ -12,26 +12,30 @@
 #include <string_view>
 #include <vector>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
-#include "kvdata/engine/row_block.h"
 #include "kvdata/recordset/constants.h"
 #include "kvdata/recordset/fields.h"
-#include "kvdata/recordset/row_source.h"
 
 namespace kv {
 
+namespace engine {
+class RowBlock;
+}
+
 class Database;
 class LocalSource;
+class RowSource;
 class Comparison;
 struct Criteria;
 struct PreparedStatement;
 
-class Recordset : public Object, public std::enable_shared_from_this<Recordset> {
+class KVVESK_API Recordset : public Object, public std::enable_shared_from_this<Recordset> {
   struct Private {};
 
  public:
-  explicit Recordset(Private) noexcept;
+  explicit Recordset(Private);
   ~Recordset() override;
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
@@ -141,12 +145,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
     At at = At::Eof;
     std::size_t place = 0;  // in the order shown; meaningful At::Row, where it may be a hole
   };
-  struct Pending {
-    bool adding = false;
-    RowEdit values;
-    engine::RowBlock original;  // the row as read for this edit; empty when adding
-    Position left;              // where an addition began
-  };
+  struct Pending;
 
   void attach(std::shared_ptr<RowSource> source);
   void requireOpen() const;
@@ -156,7 +155,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
 
   [[nodiscard]] std::size_t places() const;
   [[nodiscard]] std::size_t slotAt(std::size_t place) const;
-  [[nodiscard]] bool isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
+  [[nodiscard]] bool isHoleAt(std::size_t place) const;
   [[nodiscard]] bool isEmpty() const { return RecordCount() == 0; }
 
   // Steps over holes; false when there is no further row.
@@ -173,10 +172,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
     row_ = kNoRow;
   }
   // The row of the block under the cursor; raises as rowAt, and 3021 where there is none.
-  [[nodiscard]] std::size_t currentRow() {
-    if (row_ == kNoRow || blockStamp_ != source_->stamp()) row_ = rowAt(currentPlace());
-    return row_;
-  }
+  [[nodiscard]] std::size_t currentRow();
   // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a
   // row that is gone.
   std::size_t rowAt(std::size_t place);
@@ -209,8 +205,8 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   std::string filter_;
   std::string sort_;
 
-  engine::RowBlock block_;
-  std::size_t blockFirst_ = 0;  // place of its first row
+  std::unique_ptr<engine::RowBlock> block_;  // always there
+  std::size_t blockFirst_ = 0;               // place of its first row
   std::uint64_t blockStamp_ = 0;
   std::size_t readAhead_ = 1;  // rows to read the next time
   static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
