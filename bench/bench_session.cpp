@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "kvdata/recordset/constants.h"
+#include "kvdata/recordset/database.h"
 #include "kvuser/password.h"
 
 namespace kv::bench {

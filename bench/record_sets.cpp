@@ -11,6 +11,7 @@
 #include "common/convert.h"
 #include "floor.h"
 #include "kvdata/connection.h"
+#include "kvdata/recordset/database.h"
 #include "sample_register.h"
 
 namespace kv::bench {

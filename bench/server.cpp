@@ -7,6 +7,7 @@
 #include "benches.h"
 #include "common/text_key.h"
 #include "kvdata/connection.h"
+#include "kvdata/recordset/database.h"
 #include "round_trips.h"
 #include "sample_register.h"
 #include "server_floor.h"

@@ -10,6 +10,7 @@
 #include "kvdata/jet/binder.h"
 #include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/create_register.h"
 #include "kvdata/schema/register_schema.h"
 #include "law.h"

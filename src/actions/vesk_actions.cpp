@@ -2,6 +2,7 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/operation.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/sql_text.h"
 #include "session/vesk.h"
 #include "session/vesk_errors.h"

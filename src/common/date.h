@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 // Calendar fields of a date, in the proleptic Gregorian calendar, local time without zone.
@@ -23,7 +25,7 @@ struct CalendarTime {
 // A moment, to the millisecond. The count is kept as clients of variant dates know it: the whole
 // part is the day, the absolute value of the fraction is the time of that day, so -1.25 is
 // 1899-12-29 06:00.
-class Date {
+class KVVESK_API Date {
  public:
   constexpr Date() noexcept = default;
   // Days since 1899-12-30; rounded to the millisecond. Raises 6 outside the years 100 to 9999.
@@ -49,24 +51,24 @@ class Date {
 };
 
 // "3/9/2001", with a blank and "2:05:09 PM" only when there is a time of day.
-[[nodiscard]] std::string dateText(Date date);
+[[nodiscard]] KVVESK_API std::string dateText(Date date);
 
 // "2001-03-09", with " 14:05:09" when there is a time and ".123" when it has milliseconds.
-[[nodiscard]] std::string isoText(Date date);
+[[nodiscard]] KVVESK_API std::string isoText(Date date);
 
 // "MMDDYYhhmmss" on the 24-hour clock, as identifiers carry it.
-[[nodiscard]] std::string stampText(Date date);
+[[nodiscard]] KVVESK_API std::string stampText(Date date);
 
 // Reads month/day/four-digit year or year-month-day, each with an optional time (h:mm or h:mm:ss,
 // fraction, AM or PM; a "T" may stand in place of the blank). Anything else is nothing.
-[[nodiscard]] std::optional<Date> parseDate(std::string_view text);
+[[nodiscard]] KVVESK_API std::optional<Date> parseDate(std::string_view text);
 
 // Reads what may stand between # signs in a statement: as parseDate, and two-digit years (00-29 is
 // 20xx), day and month swapped where the month is impossible, month names, and a time alone (on day
 // 0).
-[[nodiscard]] std::optional<Date> parseDateLiteral(std::string_view text);
+[[nodiscard]] KVVESK_API std::optional<Date> parseDateLiteral(std::string_view text);
 
 // Reads exactly the form that isoText writes; the fast path for stored values.
-[[nodiscard]] std::optional<Date> parseIso(std::string_view text) noexcept;
+[[nodiscard]] KVVESK_API std::optional<Date> parseIso(std::string_view text) noexcept;
 
 }  // namespace kv

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "common/cause.h"
+#include "common/export.h"
 
 namespace kv {
 
@@ -57,7 +58,7 @@ struct TextRange {
   std::size_t length = 0;
 };
 
-class Error : public std::exception {
+class KVVESK_API Error : public std::exception {
  public:
   Error(std::int32_t number, std::string source, std::string description, TextRange where = {},
         Cause cause = Cause::None);
@@ -82,7 +83,7 @@ class Error : public std::exception {
 
 // Raises a host or record-set number with its well-known text. `detail`, when given, follows the
 // text after a blank: a name, a value, a reason.
-[[noreturn]] void raise(std::int32_t number, std::string_view detail = {});
+[[noreturn]] KVVESK_API void raise(std::int32_t number, std::string_view detail = {});
 
 // Raises an engine's failure, -2147467259: the cause's own sentence and, when given, the engine's
 // words behind it.
@@ -91,6 +92,6 @@ class Error : public std::exception {
 [[noreturn]] void raise(Cause cause, std::string sentence, std::string_view native);
 
 // The well-known text of a host or record-set number; empty for numbers without one.
-[[nodiscard]] std::string_view wellKnownText(std::int32_t number) noexcept;
+[[nodiscard]] KVVESK_API std::string_view wellKnownText(std::int32_t number) noexcept;
 
 }  // namespace kv

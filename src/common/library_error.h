@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 struct LibraryError {
@@ -13,6 +15,6 @@ struct LibraryError {
 };
 
 // Raises it; `more` follows the description directly.
-[[noreturn]] void raise(const LibraryError& error, std::string_view more = {});
+[[noreturn]] KVVESK_API void raise(const LibraryError& error, std::string_view more = {});
 
 }  // namespace kv

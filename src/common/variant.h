@@ -8,11 +8,12 @@
 #include <variant>
 
 #include "common/date.h"
+#include "common/export.h"
 
 namespace kv {
 
 // Base of everything that can be held by a Variant as an object.
-class Object {
+class KVVESK_API Object {
  public:
   Object() = default;
   Object(const Object&) = delete;
@@ -30,7 +31,7 @@ inline constexpr NullValue Null{};
 
 enum class VariantKind { Empty, Null, Int16, Int32, Boolean, Single, Double, Date, String, Object };
 
-class Variant {
+class KVVESK_API Variant {
  public:
   using ObjectRef = std::shared_ptr<Object>;
 

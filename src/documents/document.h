@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/data_server.h"
@@ -19,7 +20,7 @@ namespace kv {
 class clsVesk;
 struct NotFoundErrors;
 
-class clsVeskDocument : public Object {
+class KVVESK_API clsVeskDocument : public Object {
  public:
   clsVeskDocument();
 

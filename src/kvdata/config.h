@@ -3,12 +3,13 @@
 
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "kvdata/connection.h"
 
 namespace kv {
 
-class kvConfig : public Object {
+class KVVESK_API kvConfig : public Object {
  public:
   kvConfig(Ref<kvConnection> connection, std::string table)
       : connection_(std::move(connection)), table_(std::move(table)) {}

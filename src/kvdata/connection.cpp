@@ -3,6 +3,7 @@
 #include "common/error.h"
 #include "common/path.h"
 #include "kvdata/connection_string.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/register_schema.h"
 
 namespace kv {
@@ -16,6 +17,9 @@ Ref<kvConnection> kvConnection::open(const std::string& ConnectionString) {
 
 kvConnection::kvConnection(std::string connectionString, std::shared_ptr<Database> database)
     : connectionString_(std::move(connectionString)), database_(std::move(database)) {}
+kvConnection::~kvConnection() = default;
+
+bool kvConnection::isOpen() const noexcept { return database_->isOpen(); }
 
 void kvConnection::observe(std::string_view text) {
   if (log_.is_open()) {

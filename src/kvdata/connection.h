@@ -10,23 +10,31 @@
 #include <string_view>
 #include <vector>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
-#include "kvdata/recordset/database.h"
 #include "kvdata/recordset/recordset.h"
 
 namespace kv {
+
+class Database;
+class Transaction;
 
 // Sees each text given to OpenRecordset and Execute, exactly as given and before anything is done
 // with it, malformed ones too. The components' own reads and writes (configuration, rights,
 // counters, saved queries) do not pass here.
 using StatementObserver = std::function<void(std::string_view)>;
 
-class kvConnection : public Object {
+class KVVESK_API kvConnection : public Object {
  public:
   // Opens the register that the connection string names. Raises -2147467259 with the cause.
   [[nodiscard]] static Ref<kvConnection> open(const std::string& ConnectionString);
   kvConnection(std::string connectionString, std::shared_ptr<Database> database);
+  ~kvConnection() override;
+  kvConnection(const kvConnection&) = delete;
+  kvConnection& operator=(const kvConnection&) = delete;
+  kvConnection(kvConnection&&) = delete;
+  kvConnection& operator=(kvConnection&&) = delete;
 
   // Opens a record set over a SELECT. Another statement is executed, and the set that comes back is
   // closed. CursorType and LockType as in constants.h; Options says that the text is a statement,
@@ -42,7 +50,7 @@ class kvConnection : public Object {
   // Closing twice is allowed.
   void Close();
 
-  [[nodiscard]] bool isOpen() const noexcept { return database_->isOpen(); }
+  [[nodiscard]] bool isOpen() const noexcept;
   [[nodiscard]] const std::string& ConnectionString() const noexcept { return connectionString_; }
 
   // A transaction of the client's; operations inside it become marks in it. They nest; Commit and

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "kvdata/config.h"
 #include "kvdata/profile.h"
@@ -10,7 +11,7 @@
 
 namespace kv {
 
-class kvDataServer : public Object {
+class KVVESK_API kvDataServer : public Object {
  public:
   // It always has a profile; a new one has nobody logged in and no connection.
   kvDataServer();

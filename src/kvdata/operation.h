@@ -4,7 +4,9 @@
 
 #include <string_view>
 
+#include "common/sql_value.h"
 #include "kvdata/connection.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/recordset/edit.h"
 
 namespace kv {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/connection.h"
@@ -13,7 +14,7 @@ namespace kv {
 // Characters of a rights text: one "0" or "1" for each right from 1.
 inline constexpr std::size_t kRightsLength = 255;
 
-class kvProfile : public Object {
+class KVVESK_API kvProfile : public Object {
  public:
   // Empty while nobody is logged in.
   [[nodiscard]] const std::string& UserID() const noexcept { return userId_; }

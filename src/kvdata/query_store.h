@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "kvdata/connection.h"
 
 namespace kv {
 
-class kvQueries : public Object {
+class KVVESK_API kvQueries : public Object {
  public:
   kvQueries(Ref<kvConnection> connection, std::string table)
       : connection_(std::move(connection)), table_(std::move(table)) {}

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "kvdata/data_server.h"
 #include "kvuser/password.h"
@@ -10,7 +11,7 @@
 
 namespace kv {
 
-class kvUser : public Object {
+class KVVESK_API kvUser : public Object {
  public:
   explicit kvUser(PasswordCost cost = {});
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 // What one verification costs: 19 MiB of memory, two passes, one lane. A constant of the system,
@@ -15,7 +17,7 @@ struct PasswordCost {
   std::uint32_t passes = 2;
 };
 
-class Passwords {
+class KVVESK_API Passwords {
  public:
   explicit Passwords(PasswordCost cost = {}) : cost_(cost) {}
 

@@ -3,13 +3,14 @@
 
 #include <cstdint>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/connection.h"
 
 namespace kv {
 
-class kvSender : public Object {
+class KVVESK_API kvSender : public Object {
  public:
   explicit kvSender(Ref<kvConnection> connection) : connection_(std::move(connection)) {}
 

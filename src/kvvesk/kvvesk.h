@@ -6,6 +6,7 @@
 #include "common/error.h"
 #include "kvdata/recordset/constants.h"
 #include "kvdata/schema/create_register.h"
+#include "kvvesk/version.h"
 #include "revisions/revision_status.h"
 #include "rights/rights.h"
 #include "session/session.h"

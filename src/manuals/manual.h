@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/data_server.h"
@@ -20,7 +21,7 @@ namespace kv {
 class clsVesk;
 struct NotFoundErrors;
 
-class clsVeskManual : public Object {
+class KVVESK_API clsVeskManual : public Object {
  public:
   clsVeskManual();
 

@@ -5,11 +5,12 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "common/export.h"
 #include "common/variant.h"
 
 namespace kv {
 
-class CriteriaList {
+class KVVESK_API CriteriaList {
  public:
   // Raises 457 when there is one of that name.
   void add(std::string_view name, const Variant& value);

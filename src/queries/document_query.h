@@ -6,11 +6,12 @@
 // level in the report formula).
 #pragma once
 
+#include "common/export.h"
 #include "queries/stored_query.h"
 
 namespace kv {
 
-class clsDocumentQuery : public StoredQuery {
+class KVVESK_API clsDocumentQuery : public StoredQuery {
  public:
   // From an empty set every column becomes Null. Raises 457 when it already holds criteria.
   void LoadQuery(const Ref<Recordset>& rs) override;

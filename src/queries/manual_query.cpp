@@ -5,6 +5,7 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/recordset/edit.h"
+#include "queries/conditions.h"
 
 namespace kv {
 

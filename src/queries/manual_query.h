@@ -4,11 +4,12 @@
 // fields).
 #pragma once
 
+#include "common/export.h"
 #include "queries/stored_query.h"
 
 namespace kv {
 
-class clsManualQuery : public StoredQuery {
+class KVVESK_API clsManualQuery : public StoredQuery {
  public:
   // Replaces the criteria. Raises 3021 on an empty set.
   void LoadQuery(const Ref<Recordset>& rs) override;

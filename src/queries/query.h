@@ -4,13 +4,14 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/recordset/recordset.h"
 
 namespace kv {
 
-class clsQuery : public Object {
+class KVVESK_API clsQuery : public Object {
  public:
   // Takes the columns of the set's current row as criteria.
   virtual void LoadQuery(const Ref<Recordset>& rs) = 0;

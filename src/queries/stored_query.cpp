@@ -7,6 +7,7 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "queries/conditions.h"
 
 namespace kv {
 

@@ -7,6 +7,7 @@
 #include "common/convert.h"
 #include "common/text.h"
 #include "kvdata/sql_text.h"
+#include "queries/conditions.h"
 
 namespace kv {
 

@@ -6,11 +6,12 @@
 // LoadFieldTypes brings that in.
 #pragma once
 
+#include "common/export.h"
 #include "queries/stored_query.h"
 
 namespace kv {
 
-class clsUserQuery : public StoredQuery {
+class KVVESK_API clsUserQuery : public StoredQuery {
  public:
   // Raises 457 when it already holds criteria, 3021 on an empty set.
   void LoadQuery(const Ref<Recordset>& rs) override;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/data_server.h"
@@ -15,7 +16,7 @@ namespace kv {
 
 class clsVesk;
 
-class clsVeskRevision : public Object {
+class KVVESK_API clsVeskRevision : public Object {
  public:
   clsVeskRevision();
 

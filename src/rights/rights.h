@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 // What a user may do. General and Personal are headings for lists of rights, not rights.
@@ -143,12 +145,12 @@ inline constexpr std::int16_t kWithoutOverride = 2000;
 
 // Whether the character at a place of a settings text, counted from 1, is "1". A place beyond the
 // text is off.
-[[nodiscard]] bool settingIsOn(std::string_view settings, std::int16_t place) noexcept;
+[[nodiscard]] KVVESK_API bool settingIsOn(std::string_view settings, std::int16_t place) noexcept;
 
 // The text for a right; "End" beyond the last one, "" for numbers between that are no right. 52 is
 // always told as the workgroup right.
-[[nodiscard]] std::string_view userRightText(std::int16_t right) noexcept;
+[[nodiscard]] KVVESK_API std::string_view userRightText(std::int16_t right) noexcept;
 // The text for an owner right, "" for any other number.
-[[nodiscard]] std::string_view ownerRightText(std::int16_t right) noexcept;
+[[nodiscard]] KVVESK_API std::string_view ownerRightText(std::int16_t right) noexcept;
 
 }  // namespace kv

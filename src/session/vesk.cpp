@@ -8,8 +8,9 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "kvdata/connection_string.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/register_schema.h"
-#include "session/version.h"
+#include "kvvesk/version.h"
 #include "session/vesk_errors.h"
 
 namespace kv {

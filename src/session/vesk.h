@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "documents/document.h"
@@ -20,7 +21,7 @@ namespace kv {
 
 struct ReleaseRights;
 
-class clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
+class KVVESK_API clsVesk : public Object, public std::enable_shared_from_this<clsVesk> {
   struct Private {};
 
  public:

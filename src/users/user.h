@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 #include "kvdata/profile.h"
@@ -18,7 +19,7 @@ namespace kv {
 
 class clsVesk;
 
-class clsVeskUser : public Object {
+class KVVESK_API clsVeskUser : public Object {
  public:
   // The root object, through which this class reaches everything. Root and child hold each other
   // until the root's CloseSession.

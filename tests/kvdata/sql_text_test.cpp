@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "kvdata/recordset/database.h"
 #include "support/error_check.h"
 #include "support/test_register.h"
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/create_register.h"
 #include "queries/user_query.h"
 #include "support/session_test.h"

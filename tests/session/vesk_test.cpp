@@ -4,8 +4,8 @@
 
 #include <functional>
 
+#include "kvvesk/version.h"
 #include "rights/rights.h"
-#include "session/version.h"
 #include "support/error_check.h"
 #include "support/test_register.h"
 

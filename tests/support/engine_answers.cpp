@@ -2,6 +2,9 @@
 
 #include <array>
 
+#include "kvdata/engine/engine.h"
+#include "kvdata/jet/emitted.h"
+
 namespace kv::test {
 
 namespace {

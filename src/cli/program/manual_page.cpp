@@ -6,7 +6,8 @@
 
 #include "cli/program/program.h"
 #include "cli/program/verbs.h"
-#include "session/version.h"
+#include "cli/terminal.h"
+#include "kvvesk/version.h"
 
 namespace kv::cli {
 
@@ -95,33 +96,38 @@ void addCommands(const CommandOutline& verb, std::vector<CommandOutline>& comman
   for (const auto& part : verb.parts) addCommands(part, commands);
 }
 
-void writeCommand(std::ostream& out, const CommandOutline& command, const CommonOptions& common) {
+// How a command is typed.
+std::string synopsis(const CommandOutline& command) {
   const std::string name = "kvvesk " + plain(command.path);
-  out << ".SS \"" << name << "\"\n.B " << name << "\n[\\fIoptions\\fR]";
+  std::string out = ".B " + name + "\n[\\fIoptions\\fR]";
   for (const auto& word : command.positionals)
-    out << ' ' << (word.required ? typed(word) : "[" + typed(word) + "]");
-  out << "\n.PP\n" << plain(command.description) << ".\n";
+    out += ' ' + (word.required ? typed(word) : "[" + typed(word) + "]");
+  return out + '\n';
+}
+
+void writeArguments(std::ostream& out, const CommandOutline& command, const CommonOptions* common) {
   for (const auto* kind : {&command.positionals, &command.options})
     for (const auto& argument : *kind)
-      if (!common.contain(argument)) writeItem(out, argument);
+      if (common == nullptr || !common->contain(argument)) writeItem(out, argument);
+}
+
+void writeCommand(std::ostream& out, const CommandOutline& command, const CommonOptions& common) {
+  out << ".SS \"kvvesk " << plain(command.path) << "\"\n"
+      << synopsis(command) << ".PP\n"
+      << plain(command.description) << ".\n";
+  writeArguments(out, command, &common);
   if (!command.footer.empty()) writeLines(out, command.footer);
 }
 
-void writePage(std::ostream& out, const CommandOutline& program) {
-  std::vector<CommandOutline> commands;
-  addCommands(program, commands);
-  const CommonOptions common(commands);
-  out << fmt::format(".TH KVVESK 1 \"\" \"kvvesk {}.{}.{}\" \"User Commands\"\n", kVersionMajor,
-                     kVersionMinor, kVersionRevision)
-      << ".SH NAME\nkvvesk \\- keep a register of controlled documents\n"
-      << ".SH SYNOPSIS\n.B kvvesk\n\\fIcommand\\fR [\\fIoptions\\fR] \\fIregister\\fR ...\n"
-      << ".SH DESCRIPTION\n"
-      << plain(program.description) << '\n';
-  writeLines(out, program.footer);
-  out << ".SH COMMON OPTIONS\nThese are the same for nearly every command.\n";
+void writeCommands(std::ostream& out, const std::vector<CommandOutline>& commands,
+                   const CommonOptions& common, const std::string& of) {
+  out << ".SH COMMON OPTIONS\nThese are the same for nearly every command" << of << ".\n";
   common.write(out);
   out << ".SH COMMANDS\n";
   for (const auto& command : commands) writeCommand(out, command, common);
+}
+
+void writeEnvironment(std::ostream& out) {
   out << ".SH ENVIRONMENT\n"
       << ".TP\n.B KVVESK_PASSWORD\nThe password of who logs in. It is asked for at the terminal "
          "when this is not set.\n"
@@ -129,11 +135,74 @@ void writePage(std::ostream& out, const CommandOutline& program) {
          "one; asked for likewise.\n";
 }
 
+std::string capitals(std::string name) {
+  for (char& c : name)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return name;
+}
+
+void writeTitle(std::ostream& out, const std::string& name, const std::string& purpose) {
+  out << fmt::format(".TH {} 1 \"\" \"kvvesk {}\" \"User Commands\"\n", plain(capitals(name)),
+                     plain(kVersionText))
+      << ".SH NAME\n"
+      << plain(name) << " \\- " << plain(purpose) << '\n';
+}
+
+void writePage(std::ostream& out, const CommandOutline& program) {
+  std::vector<CommandOutline> commands;
+  addCommands(program, commands);
+  const CommonOptions common(commands);
+  writeTitle(out, "kvvesk", "keep a register of controlled documents");
+  out << ".SH SYNOPSIS\n.B kvvesk\n\\fIcommand\\fR [\\fIoptions\\fR] \\fIregister\\fR ...\n"
+      << ".SH DESCRIPTION\n"
+      << plain(program.description) << '\n';
+  writeLines(out, program.footer);
+  writeCommands(out, commands, common, "");
+  writeEnvironment(out);
+  out << ".SH SEE ALSO\nEach command has a page of its own:\n";
+  for (std::size_t i = 0; i < program.parts.size(); ++i)
+    out << ".BR kvvesk\\-" << plain(program.parts[i].name)
+        << (i + 1 < program.parts.size() ? " (1),\n" : " (1)\n");
+}
+
+// The page of one verb, all its parts included.
+void writePageOf(std::ostream& out, const CommandOutline& verb) {
+  writeTitle(out, "kvvesk-" + verb.name, verb.description);
+  out << ".SH SYNOPSIS\n";
+  std::vector<CommandOutline> commands;
+  addCommands(verb, commands);
+  for (std::size_t i = 0; i < commands.size(); ++i)
+    out << (i == 0 ? "" : ".br\n") << synopsis(commands[i]);
+  out << ".SH DESCRIPTION\n" << plain(verb.description) << ".\n";
+  if (!verb.footer.empty()) writeLines(out, verb.footer);
+  if (verb.parts.empty()) {
+    out << ".SH OPTIONS\n";
+    writeArguments(out, verb, nullptr);
+  } else {
+    writeCommands(out, commands, CommonOptions(commands), " below");
+  }
+  writeEnvironment(out);
+  out << ".SH SEE ALSO\n.BR kvvesk (1)\n";
+}
+
+void writePageNamed(std::ostream& out, const CommandOutline& program, const std::string& name) {
+  for (const auto& verb : program.parts)
+    if (verb.name == name) return writePageOf(out, verb);
+  throw UsageError("there is no command '" + name + "'");
+}
+
 struct ManualPage {
-  // For who builds and installs the program.
-  static void describe(Command& verb) { verb.hide(); }
-  [[nodiscard]] static int run() {
-    writePage(std::cout, programOutline());
+  std::string command;
+
+  void describe(Command& verb) {
+    verb.hide();  // for who builds and installs the program
+    verb.addOption("command", command, "The command")->typeName("COMMAND");
+  }
+  [[nodiscard]] int run() const {
+    if (command.empty())
+      writePage(std::cout, programOutline());
+    else
+      writePageNamed(std::cout, programOutline(), command);
     return kDone;
   }
 };

@@ -1,11 +1,9 @@
 #include "cli/program/program.h"
 
-#include <fmt/format.h>
-
 #include "cli/program/command.h"
 #include "cli/program/errors.h"
 #include "cli/program/verb_table.h"
-#include "session/version.h"
+#include "kvvesk/version.h"
 
 namespace kv::cli {
 
@@ -17,7 +15,7 @@ class Program : public CommandLine {
       : CommandLine("kvvesk",
                     "Keeps a controlled-document register: documents, revisions, manuals, users "
                     "and who holds what.",
-                    fmt::format("{}.{}.{}", kVersionMajor, kVersionMinor, kVersionRevision)) {
+                    kVersionText) {
     command().requireSubcommand();
     command().footer(
         "The register's answers go to standard output, everything else to standard error.\n"

@@ -177,9 +177,13 @@ constexpr auto kVerbs = std::to_array<Verb>({
      registerCopy},
     {"sql", "Run a statement of the register's SQL dialect; for administrators", registerSql},
     {"completion", "Print what completes kvvesk in a shell", programCompletion,
-     "To have it in this shell: source <(kvvesk completion bash)\nWhere kvvesk was installed with "
-     "'cmake --install', bash finds it by itself."},
-    {"manpage", "Print the manual page", programManualPage},
+     "To have it in this shell:\n"
+     "  bash, zsh:   source <(kvvesk completion bash)\n"
+     "  fish:        kvvesk completion fish | source\n"
+     "  PowerShell:  kvvesk completion powershell | Out-String | Invoke-Expression\n"
+     "Where kvvesk was installed with 'cmake --install', bash, zsh and fish find it by "
+     "themselves."},
+    {"manpage", "Print the manual page, or that of one command", programManualPage},
 });
 
 }  // namespace

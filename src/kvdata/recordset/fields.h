@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
 
@@ -13,7 +14,7 @@ namespace kv {
 
 class Recordset;
 
-class Field : public Object {
+class KVVESK_API Field : public Object {
  public:
   Field(Recordset& owner, std::size_t place) noexcept : owner_(&owner), place_(place) {}
 
@@ -42,7 +43,7 @@ class Field : public Object {
   std::size_t place_;
 };
 
-class Fields : public Object {
+class KVVESK_API Fields : public Object {
  public:
   explicit Fields(Recordset& owner) noexcept : owner_(&owner) {}
 

@@ -11,6 +11,8 @@
 #include "kvdata/recordset/criteria.h"
 #include "kvdata/recordset/keyset_source.h"
 #include "kvdata/recordset/local_source.h"
+#include "kvdata/recordset/row_view.h"
+#include "kvdata/recordset/row_window.h"
 #include "kvdata/recordset/snapshot_source.h"
 #include "kvdata/recordset/value.h"
 
@@ -22,9 +24,35 @@ constexpr double kSlotsPerGeneration = 4294967296.0;  // bookmarks: generation *
 
 }  // namespace
 
+struct Recordset::Pending {
+  bool adding = false;
+  RowEdit values;
+  RowKey row;                 // the row that is edited
+  engine::RowBlock original;  // the row as read for this edit; empty when adding
+  Position left;              // where an addition began
+};
+
+struct Recordset::Shown {
+  RowView view;
+  RowWindow window;
+};
+
+// Every field asks these; here, where the compiler sees what they need.
+inline std::size_t Recordset::places() const noexcept { return shown_->view.places(*source_); }
+inline std::size_t Recordset::slotAt(std::size_t place) const noexcept {
+  return shown_->view.slotAt(place);
+}
+inline bool Recordset::isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
+inline bool Recordset::isEmpty() const { return shown_->view.count(*source_) == 0; }
+inline const engine::RowBlock& Recordset::block() const noexcept { return shown_->window.block(); }
+inline std::size_t Recordset::currentRow() {
+  if (row_ == kNoRow || !shown_->window.isFresh(*source_)) row_ = rowAt(currentPlace());
+  return row_;
+}
+
 // ---- making, opening, closing ----
 
-Recordset::Recordset(Private) noexcept : fields_(*this) {}
+Recordset::Recordset(Private) : fields_(*this), shown_(std::make_unique<Shown>()) {}
 Recordset::~Recordset() = default;
 
 Ref<Recordset> Recordset::create() {
@@ -59,8 +87,9 @@ void Recordset::attach(std::shared_ptr<RowSource> source) {
 void Recordset::takeRows() const {
   RowWindow window;
   window.takeHead(*source_);
-  view_ = RowView(*source_, window, view_.filter(), view_.sort());  // nothing else can fail
-  window_ = view_.isPlain() ? std::move(window) : RowWindow();
+  shown_->view = RowView(*source_, window, shown_->view.filter(),
+                         shown_->view.sort());  // nothing else can fail
+  shown_->window = shown_->view.isPlain() ? std::move(window) : RowWindow();
   generation_ = source_->generation();
   moveTo(first());
   if (!pending_) return;
@@ -69,7 +98,7 @@ void Recordset::takeRows() const {
   // On the row that is edited. Where it is not among the new ones no row is current, and the next
   // move leads to the first.
   const auto slot = source_->slotOf(pending_->row);
-  const auto place = slot ? view_.placeOf(*slot) : std::nullopt;
+  const auto place = slot ? shown_->view.placeOf(*slot) : std::nullopt;
   moveTo(place ? Position{At::Row, *place} : Position{At::Bof, 0});
 }
 
@@ -86,8 +115,8 @@ void Recordset::Close() {
   row_ = kNoRow;
   source_.reset();
   local_.reset();
-  view_ = RowView();
-  window_ = RowWindow();
+  shown_->view = RowView();
+  shown_->window = RowWindow();
 }
 
 std::int32_t Recordset::State() const noexcept { return open_ ? kStateOpen : kStateClosed; }
@@ -192,7 +221,7 @@ bool Recordset::Bof() const {
 
 std::int32_t Recordset::RecordCount() const {
   requireRows();
-  return static_cast<std::int32_t>(view_.count(*source_));
+  return static_cast<std::int32_t>(shown_->view.count(*source_));
 }
 
 // ---- moves ----
@@ -267,7 +296,7 @@ Recordset::Position Recordset::placeOfBookmark(const Variant& bookmark) const {
     raise(kBadArgument);
   const auto at = static_cast<std::size_t>(slot);
   if (source_->isHole(at)) raise(kNoCurrentRow);
-  const auto place = view_.placeOf(at);
+  const auto place = shown_->view.placeOf(at);
   if (!place) raise(kNoCurrentRow);
   return {At::Row, *place};
 }
@@ -312,11 +341,11 @@ void Recordset::AbsolutePosition(std::int32_t position) {
 // ---- reading ----
 
 bool Recordset::readRow(std::size_t place, std::size_t& row) {
-  if (!window_.has(*source_, place)) {
+  if (!shown_->window.has(*source_, place)) {
     row_ = kNoRow;
-    window_.load(*source_, view_, place);
+    shown_->window.load(*source_, shown_->view, place);
   }
-  row = window_.rowAt(place);
+  row = shown_->window.rowAt(place);
   return !block().missing(row);
 }
 
@@ -405,7 +434,7 @@ void Recordset::Update() {
   if (!pending_) return;
   requireData();
   if (pending_->adding) {
-    view_.add(source_->add(pending_->values));
+    shown_->view.add(source_->add(pending_->values));
     moveTo({At::Row, places() - 1});
   } else {
     source_->update(pending_->row, pending_->values, pending_->original);
@@ -519,13 +548,16 @@ Ref<Recordset> Recordset::Clone() {
   return clone;
 }
 
+const std::string& Recordset::Filter() const noexcept { return shown_->view.filter(); }
+const std::string& Recordset::Sort() const noexcept { return shown_->view.sort(); }
+
 void Recordset::Filter(const std::string& criteria) {
   requireData();
   const std::string_view text = trimmed(criteria);
   const bool none = text.empty() || text == std::to_string(kFilterNone);
   if (!none) (void)parseCriteria(criteria, source_->columns());
   saveFirst();
-  show(none ? std::string() : criteria, view_.sort());
+  show(none ? std::string() : criteria, shown_->view.sort());
 }
 
 void Recordset::Sort(const std::string& columns) {
@@ -533,16 +565,16 @@ void Recordset::Sort(const std::string& columns) {
   const bool none = trimmed(columns).empty();
   if (!none) (void)parseSort(columns, source_->columns());
   saveFirst();
-  show(view_.filter(), none ? std::string() : columns);
+  show(shown_->view.filter(), none ? std::string() : columns);
 }
 
 void Recordset::show(const std::string& filter, const std::string& sort) {
   RowWindow another;
-  RowWindow& window = view_.isPlain() ? window_ : another;
+  RowWindow& window = shown_->view.isPlain() ? shown_->window : another;
   row_ = kNoRow;
   RowView view(*source_, window, filter, sort);
-  if (!view_.isPlain() || !view.isPlain()) window_.forget();
-  view_ = std::move(view);
+  if (!shown_->view.isPlain() || !view.isPlain()) shown_->window.forget();
+  shown_->view = std::move(view);
   moveTo(first());
 }
 

@@ -16,20 +16,22 @@
 #include <string_view>
 #include <vector>
 
+#include "common/export.h"
 #include "common/ref.h"
 #include "common/variant.h"
-#include "kvdata/engine/row_block.h"
 #include "kvdata/recordset/constants.h"
 #include "kvdata/recordset/fields.h"
-#include "kvdata/recordset/row_source.h"
-#include "kvdata/recordset/row_view.h"
-#include "kvdata/recordset/row_window.h"
 #include "kvdata/recordset/rows.h"
 
 namespace kv {
 
+namespace engine {
+class RowBlock;
+}
+
 class Database;
 class LocalSource;
+class RowSource;
 struct PreparedStatement;
 
 // A value for a column.
@@ -38,11 +40,11 @@ struct NamedValue {
   Variant value;
 };
 
-class Recordset : public Object, public std::enable_shared_from_this<Recordset> {
+class KVVESK_API Recordset : public Object, public std::enable_shared_from_this<Recordset> {
   struct Private {};
 
  public:
-  explicit Recordset(Private) noexcept;
+  explicit Recordset(Private);
   ~Recordset() override;
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
@@ -144,7 +146,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   // Shows only the rows for which the criteria hold: comparisons joined by And and Or, with
   // parentheses. They are tested when set; rows changed or added later stay visible. Empty text
   // and kFilterNone, also as text, show all rows again; other numbers raise 3001.
-  [[nodiscard]] const std::string& Filter() const noexcept { return view_.filter(); }
+  [[nodiscard]] const std::string& Filter() const noexcept;
   void Filter(const std::string& criteria);
   void Filter(std::int32_t constant) { Filter(std::to_string(constant)); }
   // Puts the rows into the order in which the values of a text column stand in a list, compared
@@ -153,7 +155,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   void arrange(const std::string& column, const std::vector<std::string>& values);
   // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty
   // text takes the set's own order again.
-  [[nodiscard]] const std::string& Sort() const noexcept { return view_.sort(); }
+  [[nodiscard]] const std::string& Sort() const noexcept;
   void Sort(const std::string& columns);
 
  private:
@@ -166,13 +168,8 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
     At at = At::Eof;
     std::size_t place = 0;  // in the order shown; meaningful At::Row, where it may be a hole
   };
-  struct Pending {
-    bool adding = false;
-    RowEdit values;
-    RowKey row;                 // the row that is edited
-    engine::RowBlock original;  // the row as read for this edit; empty when adding
-    Position left;              // where an addition began
-  };
+  struct Pending;
+  struct Shown;
 
   void attach(std::shared_ptr<RowSource> source);
   void requireOpen() const;
@@ -187,10 +184,10 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   // The place of the current row; raises 3021 where there is none.
   [[nodiscard]] std::size_t currentPlace() const;
 
-  [[nodiscard]] std::size_t places() const noexcept { return view_.places(*source_); }
-  [[nodiscard]] std::size_t slotAt(std::size_t place) const noexcept { return view_.slotAt(place); }
-  [[nodiscard]] bool isHoleAt(std::size_t place) const { return source_->isHole(slotAt(place)); }
-  [[nodiscard]] bool isEmpty() const { return view_.count(*source_) == 0; }
+  [[nodiscard]] std::size_t places() const noexcept;
+  [[nodiscard]] std::size_t slotAt(std::size_t place) const noexcept;
+  [[nodiscard]] bool isHoleAt(std::size_t place) const;
+  [[nodiscard]] bool isEmpty() const;
 
   // Steps over holes; false when there is no further row.
   bool stepForward(Position& position) const;
@@ -206,16 +203,13 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
     row_ = kNoRow;
   }
   // The row of the block under the cursor; raises as rowAt, and 3021 where there is none.
-  [[nodiscard]] std::size_t currentRow() {
-    if (row_ == kNoRow || !window_.isFresh(*source_)) row_ = rowAt(currentPlace());
-    return row_;
-  }
+  [[nodiscard]] std::size_t currentRow();
   // The row of the block that holds this place, reading it when needed. Raises -2147217885 for a
   // row that is gone.
   std::size_t rowAt(std::size_t place);
   // The same, false for a row that is gone.
   bool readRow(std::size_t place, std::size_t& row);
-  [[nodiscard]] const engine::RowBlock& block() const noexcept { return window_.block(); }
+  [[nodiscard]] const engine::RowBlock& block() const noexcept;
 
   void beginEdit();
   // What every move does first.
@@ -239,8 +233,7 @@ class Recordset : public Object, public std::enable_shared_from_this<Recordset> 
   // that only ask.
   mutable std::uint32_t generation_ = 0;  // of the rows that position and view are about
   mutable Position position_;
-  mutable RowView view_;
-  mutable RowWindow window_;
+  std::unique_ptr<Shown> shown_;  // always there
   static constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
   mutable std::size_t row_ = kNoRow;  // of the window, under the cursor; kNoRow until it is read
 

@@ -7,8 +7,11 @@
 
 #include "common/error.h"
 #include "common/text.h"
+#include "kvdata/engine/row_block.h"
 #include "kvdata/jet/emit/rows.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/create_register.h"
+#include "kvdata/schema/create_tables.h"
 #include "kvdata/schema/register_schema.h"
 
 namespace kv {

@@ -7,6 +7,7 @@
 
 #include "kvdata/connection_string.h"
 #include "kvdata/jet/emit/schema.h"
+#include "kvdata/schema/create_tables.h"
 #include "kvdata/schema/register_schema.h"
 #include "kvdata/table_value.h"
 

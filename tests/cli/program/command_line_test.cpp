@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <sstream>
 
@@ -134,14 +135,113 @@ TEST_F(Completion, LeavesRegistersAndValuesToTheShell) {
   EXPECT_THAT(offeredFor("document show q.kvv -u Keeper --js"), UnorderedElementsAre("--json"));
 }
 
-TEST_F(Completion, IsThereForBash) {
-  const auto other = test::run({"completion", "fish"});
+TEST_F(Completion, IsThereForFourShells) {
+  const auto other = test::run({"completion", "csh"});
   EXPECT_EQ(other.code, 2);
-  EXPECT_EQ(other.err, "kvvesk: there is completion for bash, not for 'fish'\n");
+  EXPECT_EQ(other.err,
+            "kvvesk: there is completion for bash, zsh, fish and powershell, not for 'csh'\n");
   EXPECT_EQ(test::run({"completion"}).code, 2);
 }
 
+// Asks another shell for the words that it offers behind each line, all in one run of it.
+class OtherShells : public CommandLine {
+ protected:
+  // `ask` writes what has the shell print the words behind a line, one on each line.
+  std::vector<Names> offered(const std::string& shell, const std::string& before,
+                             const std::function<std::string(const std::string&)>& ask,
+                             const std::vector<std::string>& lines) {
+    const auto script = test::run({"completion", shell});
+    EXPECT_EQ(script.code, 0);
+    std::string text = before + script.out;
+    for (const auto& line : lines) text += "\n" + ask(line) + "\necho ==\n";
+    test::write(folder_.file("script"), text);
+    std::istringstream answer(answerOf(shell + " '" + folder_.file("script") + "'"));
+    std::vector<Names> out(1);
+    for (std::string line; std::getline(answer, line);)
+      if (line == "==")
+        out.emplace_back();
+      else
+        out.back().insert(line.substr(0, line.find('\t')));
+    EXPECT_EQ(out.size(), lines.size() + 1);
+    out.resize(lines.size());
+    return out;
+  }
+  // What every shell is to offer, by line. A shell may keep one of two names of an option to
+  // itself.
+  static std::vector<std::pair<std::string, Names>> expected() {
+    std::vector<std::pair<std::string, Names>> out;
+    out.emplace_back("kvvesk ", test::listedIn(helpOf(""), "Subcommands:"));
+    for (const auto& command : commands())
+      out.emplace_back("kvvesk " + command + " --", test::listedIn(helpOf(command), "Options:"));
+    EXPECT_GT(out.size(), 50U);
+    return out;
+  }
+  static Names longOnes(const Names& names) {
+    Names out;
+    for (const auto& name : names)
+      if (!name.starts_with('-') || name.starts_with("--")) out.insert(name);
+    return out;
+  }
+  void expectOffers(const std::string& shell, const std::string& before,
+                    const std::function<std::string(const std::string&)>& ask) {
+    const auto wanted = expected();
+    std::vector<std::string> lines;
+    lines.reserve(wanted.size());
+    for (const auto& [line, words] : wanted) lines.push_back(line);
+    const auto answers = offered(shell, before, ask, lines);
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+      EXPECT_EQ(longOnes(answers[i]), longOnes(wanted[i].second)) << lines[i];
+  }
+
+ private:
+  test::TempFolder folder_;
+};
+
+TEST_F(OtherShells, FishOffersVerbsPartsAndOptions) {
+  if (answerOf("command -v fish").empty()) GTEST_SKIP() << "there is no fish here";
+  // Without a dash it offers no options.
+  expectOffers("fish", "", [](const std::string& line) { return "complete -C '" + line + "'"; });
+}
+
+// zsh completes at a terminal only; here its own words for it print what they are given.
+TEST_F(OtherShells, ZshOffersVerbsPartsAndOptions) {
+  if (answerOf("command -v zsh").empty()) GTEST_SKIP() << "there is no zsh here";
+  expectOffers("zsh", R"(
+compdef() { :; }
+_files() { :; }
+_describe() {
+  local word
+  for word in ${(P)4}; do print -r -- "${word%%:*}"; done
+}
+)",
+               [](const std::string& line) {
+                 return "words=(" + line + (line.ends_with(' ') ? "''" : "") +
+                        "); CURRENT=$#words; _kvvesk";
+               });
+}
+
+// There is none to run here: what it reads is looked at.
+TEST_F(OtherShells, PowerShellIsToldVerbsPartsAndOptions) {
+  const auto script = test::run({"completion", "powershell"});
+  ASSERT_EQ(script.code, 0);
+  for (const auto& [line, words] : expected()) {
+    auto command = line.substr(std::string("kvvesk ").size());
+    if (command.ends_with(" --")) command.resize(command.size() - 3);
+    const auto at = script.out.find("\n  '" + command + "' = @{ ");
+    ASSERT_NE(at, std::string::npos) << line;
+    const auto entry = script.out.substr(at + 1, script.out.find('\n', at + 1) - at - 1);
+    for (const auto& word : words) EXPECT_THAT(entry, HasSubstr("@('" + word + "', '")) << line;
+  }
+}
+
 using ManualPage = CommandLine;
+
+// As it is typed, in the page's own spelling.
+std::string dashed(std::string name) {
+  for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2)
+    name.insert(at, 1, '\\');
+  return name;
+}
 
 TEST_F(ManualPage, DescribesEveryCommandWithItsOptions) {
   const auto page = test::run({"manpage"});
@@ -151,11 +251,6 @@ TEST_F(ManualPage, DescribesEveryCommandWithItsOptions) {
   for (const char* section :
        {"NAME", "SYNOPSIS", "DESCRIPTION", "COMMON OPTIONS", "COMMANDS", "ENVIRONMENT"})
     EXPECT_THAT(page.out, HasSubstr("\n.SH " + std::string(section) + "\n"));
-  const auto dashed = [](std::string name) {
-    for (std::size_t at = 0; (at = name.find('-', at)) != std::string::npos; at += 2)
-      name.insert(at, 1, '\\');
-    return name;
-  };
   const std::size_t common = page.out.find(".SH COMMON OPTIONS");
   const std::string shared = page.out.substr(common, page.out.find(".SH COMMANDS") - common);
   for (const auto& command : commands()) {
@@ -171,11 +266,36 @@ TEST_F(ManualPage, DescribesEveryCommandWithItsOptions) {
   }
 }
 
+TEST_F(ManualPage, IsThereForEachVerb) {
+  const auto whole = test::run({"manpage"}).out;
+  for (const auto& verb : test::listedIn(helpOf(""), "Subcommands:")) {
+    const auto page = test::run({"manpage", verb});
+    ASSERT_EQ(page.code, 0) << verb;
+    EXPECT_THAT(page.out, HasSubstr(".SH NAME\nkvvesk\\-" + verb + " \\- "));
+    EXPECT_THAT(whole, HasSubstr(".BR kvvesk\\-" + verb + " (1)"));
+    auto parts = test::listedIn(helpOf(verb), "Subcommands:");
+    if (parts.empty()) parts.insert("");
+    for (const auto& part : parts) {
+      const auto command = part.empty() ? verb : verb + " " + part;
+      EXPECT_THAT(page.out, HasSubstr(".B kvvesk " + dashed(command) + "\n")) << command;
+      for (const auto& option : test::listedIn(helpOf(command), "Options:"))
+        EXPECT_THAT(page.out, HasSubstr("\\fB" + dashed(option) + "\\fR")) << command;
+    }
+  }
+  const auto unknown = test::run({"manpage", "frob"});
+  EXPECT_EQ(unknown.code, 2);
+  EXPECT_EQ(unknown.err, "kvvesk: there is no command 'frob'\n");
+}
+
 TEST_F(ManualPage, TheFormatterTakesItWithoutComplaint) {
   if (answerOf("command -v groff").empty()) GTEST_SKIP() << "there is no groff here";
   const test::TempFolder folder;
   test::write(folder.file("page"), test::run({"manpage"}).out);
   EXPECT_EQ(answerOf("groff -man -Tutf8 -ww -z '" + folder.file("page") + "'"), "");
+  for (const char* verb : {"document", "sql", "completion"}) {
+    test::write(folder.file("verb"), test::run({"manpage", verb}).out);
+    EXPECT_EQ(answerOf("groff -man -Tutf8 -ww -z '" + folder.file("verb") + "'"), "") << verb;
+  }
   // Without the marks for bold and underlined letters.
   const std::string text = answerOf("groff -man -Tutf8 -P-cbou '" + folder.file("page") + "'");
   EXPECT_THAT(text, HasSubstr("kvvesk stale [options] register\n"));

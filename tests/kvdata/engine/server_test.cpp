@@ -10,6 +10,7 @@
 #include "common/text_key.h"
 #include "kvdata/engine/open.h"
 #include "kvdata/jet/dialect.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/copy_register.h"
 #include "kvdata/schema/create_register.h"
 #include "support/error_check.h"

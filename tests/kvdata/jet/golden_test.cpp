@@ -20,6 +20,7 @@
 #include "kvdata/jet/binder.h"
 #include "kvdata/jet/emit/emitter.h"
 #include "kvdata/jet/parser.h"
+#include "kvdata/recordset/database.h"
 #include "kvdata/schema/register_schema.h"
 #include "support/temp_folder.h"
 #include "support/test_register.h"
