@@ -81,13 +81,13 @@ complete -o default -F _kvvesk kvvesk
 )";
 }
 
-// In zsh every word stands with what it means.
+// In zsh every word stands with what it means. A variable called options is the shell's own there.
 void writeAlternativeOfZsh(std::ostream& out, const CommandOutline& command) {
   out << fmt::format("      '{}') valued='{}'\n        parts=(", command.path,
                      Offered(command).valued);
   for (const auto& part : command.parts)
     out << ' ' << quoted(part.name + ':' + part.description, R"('\'')");
-  out << " )\n        options=(";
+  out << " )\n        flags=(";
   for (const auto& option : command.options)
     for (const auto& name : option.names)
       out << ' ' << quoted(name + ':' + option.description, R"('\'')");
@@ -101,9 +101,9 @@ void writeForZsh(std::ostream& out, const CommandOutline& program) {
 #   source <(kvvesk completion zsh)
 _kvvesk() {
   local command='' valued='' place=2
-  local -a parts options
+  local -a parts flags
   while :; do
-    parts=() options=() valued=''
+    parts=() flags=() valued=''
     case $command in
 )";
   writeAlternativeOfZsh(out, program);
@@ -115,9 +115,9 @@ _kvvesk() {
   if [[ " $valued " == *" ${words[CURRENT-1]} "* ]]; then
     _files
   elif (( $#parts )); then
-    _describe -t commands 'command' parts -- options
+    _describe -t commands 'command' parts -- flags
   elif [[ ${words[CURRENT]} == -* ]]; then
-    _describe -t options 'option' options
+    _describe -t options 'option' flags
   else
     _files
   fi
@@ -189,12 +189,12 @@ void writeEntriesOfPowerShell(std::ostream& out, const CommandOutline& command) 
 }
 
 void writeForPowerShell(std::ostream& out, const CommandOutline& program) {
-  out << R"(# Completes kvvesk in PowerShell. Written by the program itself:
+  out << R"ps(# Completes kvvesk in PowerShell. Written by the program itself:
 #   kvvesk completion powershell | Out-String | Invoke-Expression
 $script:KvVeskCommands = @{
-)";
+)ps";
   writeEntriesOfPowerShell(out, program);
-  out << R"(}
+  out << R"ps(}
 Register-ArgumentCompleter -Native -CommandName kvvesk -ScriptBlock {
   param($word, $line, $cursor)
   $typed = @($line.CommandElements | Where-Object { $_.Extent.EndOffset -lt $cursor } | ForEach-Object { "$_" })
@@ -202,24 +202,19 @@ Register-ArgumentCompleter -Native -CommandName kvvesk -ScriptBlock {
   $place = 1
   while ($place -lt $typed.Count -and $script:KvVeskCommands.ContainsKey($command) -and
          $script:KvVeskCommands[$command].Group) {
-    $command = "$command $($typed[$place])".Trim() $place++
+    $command = "$command $($typed[$place])".Trim()
+    $place++
+  }
+  if (-not $script:KvVeskCommands.ContainsKey($command)) { return }
+  $known = $script:KvVeskCommands[$command]
+  # What follows is the shell's to complete: as the name of a file.
+  if (($known.Valued -split ' ') -ccontains $typed[-1]) { return }
+  if (-not ($known.Group -or $word.StartsWith('-'))) { return }
+  $known.Words | Where-Object { $_[0].StartsWith($word) } | ForEach-Object {
+    [System.Management.Automation.CompletionResult]::new($_[0], $_[0], 'ParameterValue', $_[1])
+  }
 }
-if (-not $script : KvVeskCommands.ContainsKey($command)) {
-  return
-}
-$known = $script : KvVeskCommands[$command]
-#What follows is the shell's to complete: as the name of a file.
-                   if (($known.Valued - split ' ') - ccontains $typed[-1]) {
-  return
-}
-if (-not($known.Group - or $word.StartsWith('-'))) {
-  return
-}
-$known.Words | Where - Object{$_[0].StartsWith($word)} | ForEach - Object {
-  [System.Management.Automation.CompletionResult] ::new ($_[0], $_[0], 'ParameterValue', $_[1])
-}
-}
-)";
+)ps";
 }
 
 struct Shell {

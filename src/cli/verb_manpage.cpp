@@ -4,6 +4,7 @@
 #include <map>
 #include <sstream>
 
+#include "cli/terminal.h"
 #include "cli/verbs.h"
 #include "kvvesk/version.h"
 
