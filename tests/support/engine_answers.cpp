@@ -2,8 +2,7 @@
 
 #include <array>
 
-#include "kvdata/engine/engine.h"
-#include "kvdata/jet/emitted.h"
+#include "kvdata/recordset/database.h"
 
 namespace kv::test {
 

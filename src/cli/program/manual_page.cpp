@@ -6,7 +6,7 @@
 
 #include "cli/program/program.h"
 #include "cli/program/verbs.h"
-#include "cli/terminal.h"
+#include "cli/program/terminal.h"
 #include "kvvesk/version.h"
 
 namespace kv::cli {

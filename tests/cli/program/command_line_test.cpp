@@ -153,7 +153,7 @@ class OtherShells : public CommandLine {
     const auto script = test::run({"completion", shell});
     EXPECT_EQ(script.code, 0);
     std::string text = before + script.out;
-    for (const auto& line : lines) text += "\n" + ask(line) + "\necho ==\n";
+    for (const auto& line : lines) text += "\n" + ask(line) + "\necho '=='\n";
     test::write(folder_.file("script"), text);
     std::istringstream answer(answerOf(shell + " '" + folder_.file("script") + "'"));
     std::vector<Names> out(1);
