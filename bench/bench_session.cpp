@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "kvdata/recordset/constants.h"
-#include "kvdata/recordset/database.h"
-#include "kvuser/password.h"
+#include "recordset/constants.h"
+#include "recordset/database.h"
+#include "user/password.h"
 
 namespace kv::bench {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "kvdata/connection.h"
-#include "session/vesk.h"
+#include "classes/session/vesk.h"
+#include "data/connection.h"
 
 namespace kv::bench {
 

@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "kvdata/engine/sqlite/sqlite_engine.h"
+#include "engine/sqlite/sqlite_engine.h"
 
 namespace kv::bench {
 

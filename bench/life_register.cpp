@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "kvuser/password.h"
 #include "sample_register.h"
+#include "user/password.h"
 
 namespace kv::bench {
 

@@ -9,9 +9,9 @@
 #include "bench_session.h"
 #include "benches.h"
 #include "common/convert.h"
+#include "data/connection.h"
 #include "floor.h"
-#include "kvdata/connection.h"
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 #include "sample_register.h"
 
 namespace kv::bench {

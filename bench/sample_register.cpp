@@ -8,7 +8,7 @@
 
 #include "bench_session.h"
 #include "floor.h"
-#include "kvdata/schema/create_register.h"
+#include "schema/create_register.h"
 
 namespace kv::bench {
 

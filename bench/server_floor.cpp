@@ -10,8 +10,8 @@
 #include "bench_session.h"
 #include "common/clock.h"
 #include "common/text_key.h"
-#include "kvdata/schema/create_register.h"
 #include "sample_register.h"
+#include "schema/create_register.h"
 
 namespace kv::bench {
 

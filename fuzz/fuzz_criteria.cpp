@@ -2,8 +2,8 @@
 
 #include "common/error.h"
 #include "common/variant.h"
-#include "kvdata/recordset/criteria.h"
 #include "law.h"
+#include "recordset/criteria.h"
 
 namespace kv {
 namespace {

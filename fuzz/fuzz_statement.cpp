@@ -7,13 +7,13 @@
 #include <filesystem>
 #include <set>
 
-#include "kvdata/jet/binder.h"
-#include "kvdata/jet/emit/emitter.h"
-#include "kvdata/jet/parser.h"
-#include "kvdata/recordset/database.h"
-#include "kvdata/schema/create_register.h"
-#include "kvdata/schema/register_schema.h"
+#include "jet/binding/binder.h"
+#include "jet/emit/emitter.h"
+#include "jet/syntax/parser.h"
 #include "law.h"
+#include "recordset/database.h"
+#include "schema/create_register.h"
+#include "schema/register_schema.h"
 
 namespace kv {
 namespace {

@@ -11,7 +11,7 @@
 #include "common/like.h"
 #include "common/text.h"
 #include "common/text_key.h"
-#include "kvdata/connection_string.h"
+#include "data/connection_string.h"
 #include "law.h"
 
 namespace kv {

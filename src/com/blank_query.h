@@ -1,7 +1,7 @@
 // What one gets who creates a clsQuery: that class is an interface and has no behaviour of its own.
 #pragma once
 
-#include "queries/query.h"
+#include "classes/queries/query.h"
 
 namespace kv::com {
 

@@ -2,8 +2,8 @@
 // their own, opening and log-in.
 #pragma once
 
+#include "classes/session/vesk.h"
 #include "com/object.h"
-#include "session/vesk.h"
 
 namespace kv::com {
 

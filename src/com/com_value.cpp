@@ -8,7 +8,7 @@
 #include "com/objects.h"
 #include "common/convert.h"
 #include "common/error.h"
-#include "kvdata/recordset/fields.h"
+#include "recordset/fields.h"
 
 namespace kv::com {
 

@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/config.h"
+#include "data/config.h"
 
 namespace kv::com {
 

@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/connection.h"
+#include "data/connection.h"
 
 namespace kv::com {
 

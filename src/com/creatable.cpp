@@ -2,17 +2,17 @@
 
 #include <array>
 
+#include "classes/documents/document.h"
+#include "classes/manuals/manual.h"
+#include "classes/queries/document_query.h"
+#include "classes/queries/manual_query.h"
+#include "classes/queries/user_query.h"
+#include "classes/revisions/revision.h"
+#include "classes/session/vesk.h"
+#include "classes/users/user.h"
 #include "com/blank_query.h"
 #include "com/objects.h"
-#include "documents/document.h"
-#include "kvdata/recordset/recordset.h"
-#include "manuals/manual.h"
-#include "queries/document_query.h"
-#include "queries/manual_query.h"
-#include "queries/user_query.h"
-#include "revisions/revision.h"
-#include "session/vesk.h"
-#include "users/user.h"
+#include "recordset/recordset.h"
 
 namespace kv::com {
 

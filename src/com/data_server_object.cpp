@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/data_server.h"
+#include "data/data_server.h"
 
 namespace kv::com {
 

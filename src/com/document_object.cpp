@@ -1,6 +1,6 @@
+#include "classes/documents/document.h"
 #include "com/child_object.h"
 #include "com/objects.h"
-#include "documents/document.h"
 
 namespace kv::com {
 

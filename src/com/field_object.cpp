@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/recordset/fields.h"
+#include "recordset/fields.h"
 
 namespace kv::com {
 

@@ -3,7 +3,7 @@
 
 #include "com/platform.h"
 #include "common/ref.h"
-#include "kvdata/recordset/fields.h"
+#include "recordset/fields.h"
 
 namespace kv::com {
 

@@ -2,7 +2,7 @@
 #include "com/object.h"
 #include "com/objects.h"
 #include "common/convert.h"
-#include "kvdata/recordset/fields.h"
+#include "recordset/fields.h"
 
 namespace kv::com {
 

@@ -5,8 +5,8 @@
 // Made from kvvesk.idl; needs platform.h.
 #include "com/kvvesk_idl.h"
 #include "common/variant.h"
-#include "kvdata/data_server.h"
-#include "kvuser/main_user.h"
+#include "data/data_server.h"
+#include "user/main_user.h"
 
 namespace kv {
 class clsVesk;

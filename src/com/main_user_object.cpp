@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvuser/main_user.h"
+#include "user/main_user.h"
 
 namespace kv::com {
 

@@ -1,6 +1,6 @@
+#include "classes/manuals/manual.h"
 #include "com/child_object.h"
 #include "com/objects.h"
-#include "manuals/manual.h"
 
 namespace kv::com {
 

@@ -3,11 +3,11 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "documents/document.h"
-#include "manuals/manual.h"
-#include "revisions/revision.h"
-#include "session/vesk.h"
-#include "users/user.h"
+#include "classes/documents/document.h"
+#include "classes/manuals/manual.h"
+#include "classes/revisions/revision.h"
+#include "classes/session/vesk.h"
+#include "classes/users/user.h"
 
 namespace kv::com {
 

@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/profile.h"
+#include "data/profile.h"
 
 namespace kv::com {
 

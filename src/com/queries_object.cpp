@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvdata/query_store.h"
+#include "data/query_store.h"
 
 namespace kv::com {
 

@@ -1,8 +1,8 @@
+#include "classes/queries/document_query.h"
+#include "classes/queries/manual_query.h"
+#include "classes/queries/user_query.h"
 #include "com/object.h"
 #include "com/objects.h"
-#include "queries/document_query.h"
-#include "queries/manual_query.h"
-#include "queries/user_query.h"
 
 namespace kv::com {
 

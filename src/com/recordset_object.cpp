@@ -2,7 +2,7 @@
 #include "com/objects.h"
 #include "com/rows_array.h"
 #include "common/convert.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::com {
 

@@ -1,6 +1,6 @@
+#include "classes/revisions/revision.h"
 #include "com/child_object.h"
 #include "com/objects.h"
-#include "revisions/revision.h"
 
 namespace kv::com {
 

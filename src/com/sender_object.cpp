@@ -1,6 +1,6 @@
 #include "com/object.h"
 #include "com/objects.h"
-#include "kvuser/sender.h"
+#include "user/sender.h"
 
 namespace kv::com {
 

@@ -1,7 +1,7 @@
+#include "classes/session/vesk.h"
+#include "classes/users/user.h"
 #include "com/object.h"
 #include "com/objects.h"
-#include "session/vesk.h"
-#include "users/user.h"
 
 namespace kv::com {
 

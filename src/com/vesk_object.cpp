@@ -1,6 +1,6 @@
+#include "classes/session/vesk.h"
 #include "com/object.h"
 #include "com/objects.h"
-#include "session/vesk.h"
 
 namespace kv::com {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 
 namespace kv::desk {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string_view>
 
+#include "classes/session/vesk.h"
 #include "common/ref.h"
-#include "session/vesk.h"
 
 namespace kv::desk {
 

@@ -4,8 +4,8 @@
 #include <exception>
 #include <string_view>
 
+#include "data/operation.h"
 #include "desk/session.h"
-#include "kvdata/operation.h"
 
 namespace kv::desk {
 

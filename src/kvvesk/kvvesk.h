@@ -2,13 +2,13 @@
 // rights and states, errors and values.
 #pragma once
 
+#include "classes/revisions/revision_status.h"
+#include "classes/rights/rights.h"
+#include "classes/session/session.h"
+#include "classes/session/vesk.h"
+#include "classes/session/vesk_errors.h"
 #include "common/convert.h"
 #include "common/error.h"
-#include "kvdata/recordset/constants.h"
-#include "kvdata/schema/create_register.h"
 #include "kvvesk/version.h"
-#include "revisions/revision_status.h"
-#include "rights/rights.h"
-#include "session/session.h"
-#include "session/vesk.h"
-#include "session/vesk_errors.h"
+#include "recordset/constants.h"
+#include "schema/create_register.h"

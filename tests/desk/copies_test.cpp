@@ -1,9 +1,9 @@
 // Copies as they are given to users, taken back and counted.
+#include "classes/rights/rights.h"
 #include "desk/copies/give_copies.h"
 #include "desk/copies/take_copies_back.h"
 #include "desk/copies/view_copies.h"
 #include "desk/desk_register.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

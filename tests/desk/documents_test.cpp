@@ -1,4 +1,5 @@
 // Documents as those who keep a register look at them, add, change and delete them.
+#include "classes/rights/rights.h"
 #include "common/clock.h"
 #include "common/text.h"
 #include "desk/desk_register.h"
@@ -6,7 +7,6 @@
 #include "desk/documents/delete_document.h"
 #include "desk/documents/edit_document.h"
 #include "desk/documents/view_documents.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

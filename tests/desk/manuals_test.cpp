@@ -1,4 +1,5 @@
 // Manuals as those who keep a register look at them, add, change and fill them.
+#include "classes/rights/rights.h"
 #include "common/clock.h"
 #include "desk/desk_register.h"
 #include "desk/manuals/add_manual.h"
@@ -6,7 +7,6 @@
 #include "desk/manuals/edit_manual.h"
 #include "desk/manuals/place_documents.h"
 #include "desk/manuals/view_manuals.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

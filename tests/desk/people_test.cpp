@@ -1,4 +1,5 @@
 // Users, workgroups, rights, owners and approvers, and what people have been asked to do.
+#include "classes/rights/rights.h"
 #include "desk/desk_register.h"
 #include "desk/people/actions.h"
 #include "desk/people/add_user.h"
@@ -10,7 +11,6 @@
 #include "desk/people/user_rights.h"
 #include "desk/people/view_users.h"
 #include "desk/people/view_workgroups.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

@@ -1,9 +1,9 @@
 // Saved queries as those who keep a register make and change them.
+#include "classes/rights/rights.h"
 #include "desk/desk_register.h"
 #include "desk/documents/view_documents.h"
 #include "desk/queries/save_query.h"
 #include "desk/queries/view_queries.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

@@ -1,4 +1,5 @@
 // The register as a whole: keywords, labels, configuration, making and copying one, statements.
+#include "classes/rights/rights.h"
 #include "desk/desk_register.h"
 #include "desk/register/configuration.h"
 #include "desk/register/copy_to.h"
@@ -8,7 +9,6 @@
 #include "desk/register/labels.h"
 #include "desk/register/new_register.h"
 #include "desk/register/run_statement.h"
-#include "rights/rights.h"
 #include "support/temp_folder.h"
 
 namespace kv {

@@ -1,4 +1,5 @@
 // Revisions as those who keep a register prepare them and lead them into force.
+#include "classes/rights/rights.h"
 #include "desk/desk_register.h"
 #include "desk/people/approvers.h"
 #include "desk/revisions/add_revision.h"
@@ -8,8 +9,7 @@
 #include "desk/revisions/route_revision.h"
 #include "desk/revisions/set_current_revision.h"
 #include "desk/revisions/view_revisions.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv {
 namespace {

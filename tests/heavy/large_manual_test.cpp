@@ -4,7 +4,7 @@
 //   build/debug/tests/heavy_test
 //   scripts/with-postgres build/debug/tests/heavy_test
 // It says how long each operation took. What to expect is in docs/measures.md.
-#include "relations/large_manual.h"
+#include "classes/relations/large_manual.h"
 
 namespace kv {
 namespace {

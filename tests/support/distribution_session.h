@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "rights/rights.h"
+#include "classes/rights/rights.h"
 #include "support/session_test.h"
 
 namespace kv::test {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 
 namespace kv::test {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "common/error.h"
-#include "kvdata/engine/engine.h"
+#include "engine/engine.h"
 
 namespace kv::test {
 

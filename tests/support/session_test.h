@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "common/date.h"
-#include "kvdata/engine/open.h"
-#include "kvdata/schema/register_schema.h"
+#include "engine/open.h"
+#include "schema/register_schema.h"
 #include "support/error_check.h"
 #include "support/faulty_engine.h"
 #include "support/register_dump.h"

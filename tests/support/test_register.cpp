@@ -2,7 +2,7 @@
 
 #include "common/convert.h"
 #include "common/text.h"
-#include "kvdata/schema/create_register.h"
+#include "schema/create_register.h"
 #include "support/test_server.h"
 
 namespace kv {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "kvdata/connection.h"
-#include "kvuser/password.h"
-#include "session/vesk.h"
+#include "classes/session/vesk.h"
+#include "data/connection.h"
 #include "support/temp_folder.h"
+#include "user/password.h"
 
 namespace kv {
 // How googletest shows a Variant in a failure.

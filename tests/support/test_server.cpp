@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "kvdata/schema/create_register.h"
+#include "schema/create_register.h"
 
 namespace kv::test {
 

@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "cli/answers/output.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::cli {
 

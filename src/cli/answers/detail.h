@@ -5,7 +5,7 @@
 
 #include "cli/program/options.h"
 #include "desk/register/field_labels.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::cli {
 

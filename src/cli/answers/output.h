@@ -8,7 +8,7 @@
 #include "cli/program/options.h"
 #include "common/error.h"
 #include "common/plain_text.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::cli {
 

@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "cli/program/program.h"
-#include "cli/program/verbs.h"
 #include "cli/program/terminal.h"
+#include "cli/program/verbs.h"
 #include "kvvesk/version.h"
 
 namespace kv::cli {

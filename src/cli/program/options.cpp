@@ -2,10 +2,10 @@
 
 #include <iostream>
 
+#include "classes/session/vesk_errors.h"
 #include "cli/program/terminal.h"
 #include "common/error.h"
 #include "desk/register/data_source.h"
-#include "session/vesk_errors.h"
 
 namespace kv::cli {
 

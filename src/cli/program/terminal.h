@@ -7,7 +7,7 @@
 
 #include "cli/program/errors.h"
 #include "common/ref.h"
-#include "kvdata/connection.h"
+#include "data/connection.h"
 
 namespace kv::cli {
 

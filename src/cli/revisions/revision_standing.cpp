@@ -3,7 +3,7 @@
 #include <ostream>
 
 #include "cli/answers/output.h"
-#include "kvdata/recordset/text_field.h"
+#include "recordset/text_field.h"
 
 namespace kv::cli {
 

@@ -9,7 +9,7 @@
 #include "desk/revisions/route_revision.h"
 #include "desk/revisions/set_current_revision.h"
 #include "desk/revisions/view_revisions.h"
-#include "kvdata/recordset/text_field.h"
+#include "recordset/text_field.h"
 
 namespace kv::cli {
 

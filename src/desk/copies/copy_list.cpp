@@ -1,9 +1,9 @@
 #include "desk/copies/copy_list.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "desk/documents/document_access.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

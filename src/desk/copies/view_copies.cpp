@@ -1,5 +1,6 @@
 #include "desk/copies/view_copies.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/answer_set.h"
 #include "desk/copies/copy_list.h"
@@ -7,7 +8,6 @@
 #include "desk/manuals/manual_lookup.h"
 #include "desk/people/user_lookup.h"
 #include "desk/queries/query_lookup.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

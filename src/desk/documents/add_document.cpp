@@ -1,10 +1,10 @@
 #include "desk/documents/add_document.h"
 
+#include "classes/rights/rights.h"
 #include "common/clock.h"
 #include "common/text.h"
 #include "desk/refusal.h"
 #include "desk/unique_identifier.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

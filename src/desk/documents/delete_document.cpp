@@ -1,8 +1,8 @@
 #include "desk/documents/delete_document.h"
 
+#include "classes/rights/rights.h"
 #include "desk/documents/document_access.h"
 #include "desk/transaction.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

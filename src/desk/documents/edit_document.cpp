@@ -1,11 +1,11 @@
 #include "desk/documents/edit_document.h"
 
+#include "classes/revisions/revision_status.h"
+#include "classes/rights/rights.h"
+#include "data/table_value.h"
 #include "desk/documents/document_access.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/table_value.h"
-#include "revisions/revision_status.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -1,10 +1,10 @@
 #include "desk/documents/view_documents.h"
 
+#include "classes/rights/rights.h"
 #include "desk/column_list.h"
 #include "desk/documents/document_access.h"
 #include "desk/queries/query_lookup.h"
 #include "desk/refusal.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

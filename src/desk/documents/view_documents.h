@@ -6,7 +6,7 @@
 
 #include "desk/register/field_labels.h"
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

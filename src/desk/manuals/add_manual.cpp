@@ -1,9 +1,9 @@
 #include "desk/manuals/add_manual.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/refusal.h"
 #include "desk/unique_identifier.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

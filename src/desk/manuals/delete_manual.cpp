@@ -1,8 +1,8 @@
 #include "desk/manuals/delete_manual.h"
 
+#include "classes/rights/rights.h"
 #include "desk/manuals/manual_lookup.h"
 #include "desk/transaction.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -1,9 +1,9 @@
 #include "desk/manuals/edit_manual.h"
 
+#include "classes/rights/rights.h"
 #include "desk/manuals/manual_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -1,9 +1,9 @@
 #include "desk/manuals/manual_lookup.h"
 
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/refusal.h"
-#include "kvdata/recordset/text_field.h"
-#include "kvdata/table_value.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/documents/document_access.h"
 #include "desk/manuals/manual_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

@@ -1,13 +1,13 @@
 #include "desk/manuals/view_manuals.h"
 
+#include "classes/rights/rights.h"
 #include "desk/answer_set.h"
 #include "desk/column_list.h"
 #include "desk/documents/document_access.h"
 #include "desk/manuals/manual_lookup.h"
 #include "desk/people/user_lookup.h"
 #include "desk/queries/query_lookup.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

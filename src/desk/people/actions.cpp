@@ -3,12 +3,12 @@
 #include "common/clock.h"
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/recordset/text_field.h"
-#include "kvdata/table_value.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

@@ -7,7 +7,7 @@
 
 #include "common/date.h"
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

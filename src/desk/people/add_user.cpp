@@ -1,10 +1,10 @@
 #include "desk/people/add_user.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/people/change_password.h"
 #include "desk/people/user_records.h"
 #include "desk/refusal.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

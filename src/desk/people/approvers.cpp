@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/people/document_people.h"
 #include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

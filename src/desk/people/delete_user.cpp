@@ -1,12 +1,12 @@
 #include "desk/people/delete_user.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/people/user_lookup.h"
 #include "desk/people/user_records.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

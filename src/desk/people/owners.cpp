@@ -1,10 +1,10 @@
 #include "desk/people/owners.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/people/document_people.h"
 #include "desk/people/user_lookup.h"
 #include "desk/transaction.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

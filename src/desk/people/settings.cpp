@@ -4,9 +4,9 @@
 #include <charconv>
 #include <optional>
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/refusal.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

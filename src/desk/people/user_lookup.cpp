@@ -1,11 +1,11 @@
 #include "desk/people/user_lookup.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
 #include "common/text_key.h"
+#include "data/table_value.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -9,7 +9,7 @@
 #include "common/variant.h"
 #include "desk/session.h"
 #include "desk/transaction.h"
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 
 namespace kv::desk {
 

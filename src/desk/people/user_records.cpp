@@ -2,10 +2,10 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/people/user_lookup.h"
 #include "desk/people/workgroup.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
 #include "desk/answer_set.h"
 #include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -6,7 +6,7 @@
 
 #include "desk/people/settings.h"
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

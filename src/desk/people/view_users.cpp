@@ -1,14 +1,14 @@
 #include "desk/people/view_users.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/column_list.h"
 #include "desk/people/user_lookup.h"
 #include "desk/people/workgroup.h"
 #include "desk/queries/query_lookup.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

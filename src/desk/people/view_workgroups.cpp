@@ -1,10 +1,10 @@
 #include "desk/people/view_workgroups.h"
 
+#include "classes/rights/rights.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/people/user_lookup.h"
 #include "desk/people/workgroup.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -7,8 +7,8 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "common/whole_number.h"
+#include "data/table_value.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

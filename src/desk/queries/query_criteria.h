@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "classes/queries/stored_query.h"
 #include "desk/queries/query_columns.h"
 #include "desk/queries/user_field_type.h"
-#include "queries/stored_query.h"
 
 namespace kv::desk {
 

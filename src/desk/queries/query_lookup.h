@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "classes/rights/rights.h"
 #include "desk/session.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

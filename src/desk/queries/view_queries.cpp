@@ -2,10 +2,10 @@
 
 #include "common/convert.h"
 #include "common/error.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/queries/query_criteria.h"
 #include "desk/queries/saved_query.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

@@ -5,7 +5,7 @@
 
 #include "desk/queries/query_lookup.h"
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -3,8 +3,8 @@
 #include "common/convert.h"
 #include "common/error.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/register/users_file.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

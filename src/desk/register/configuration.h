@@ -4,7 +4,7 @@
 #include <string>
 
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "desk/session.h"
-#include "kvdata/schema/copy_register.h"
+#include "schema/copy_register.h"
 
 namespace kv::desk {
 

@@ -4,7 +4,7 @@
 
 #include "common/convert.h"
 #include "common/text.h"
-#include "kvdata/table_value.h"
+#include "data/table_value.h"
 
 namespace kv::desk {
 

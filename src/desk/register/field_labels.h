@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "kvdata/recordset/database.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/database.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -1,11 +1,11 @@
 #include "desk/register/keywords.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/queries/user_field_type.h"
 #include "desk/refusal.h"
 #include "desk/transaction.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

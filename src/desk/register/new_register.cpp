@@ -4,14 +4,14 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/people/change_password.h"
 #include "desk/queries/query_lookup.h"
 #include "desk/refusal.h"
 #include "desk/register/data_source.h"
 #include "desk/register/users_file.h"
-#include "kvdata/schema/create_register.h"
-#include "kvdata/table_value.h"
-#include "kvuser/password.h"
+#include "schema/create_register.h"
+#include "user/password.h"
 
 namespace kv::desk {
 

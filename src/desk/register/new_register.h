@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 
 namespace kv::desk {
 

@@ -4,7 +4,7 @@
 
 #include "common/path.h"
 #include "desk/refusal.h"
-#include "kvdata/engine/open.h"
+#include "engine/open.h"
 
 namespace kv::desk {
 

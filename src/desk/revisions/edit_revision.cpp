@@ -1,12 +1,12 @@
 #include "desk/revisions/edit_revision.h"
 
+#include "classes/rights/rights.h"
 #include "common/text.h"
 #include "desk/documents/document_access.h"
 #include "desk/refusal.h"
 #include "desk/revisions/revision_lookup.h"
 #include "desk/transaction.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

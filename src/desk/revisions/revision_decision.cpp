@@ -1,12 +1,12 @@
 #include "desk/revisions/revision_decision.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
 #include "desk/people/user_lookup.h"
 #include "desk/refusal.h"
 #include "desk/revisions/standing.h"
-#include "kvdata/recordset/text_field.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

@@ -2,10 +2,10 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/documents/document_access.h"
 #include "desk/refusal.h"
-#include "kvdata/recordset/text_field.h"
-#include "kvdata/table_value.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

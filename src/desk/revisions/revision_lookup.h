@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "classes/revisions/revision_status.h"
 #include "desk/session.h"
-#include "kvdata/recordset/recordset.h"
-#include "revisions/revision_status.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -2,8 +2,8 @@
 
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

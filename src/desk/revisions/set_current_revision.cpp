@@ -1,10 +1,10 @@
 #include "desk/revisions/set_current_revision.h"
 
+#include "classes/rights/rights.h"
 #include "common/convert.h"
 #include "common/text.h"
+#include "data/table_value.h"
 #include "desk/refusal.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
 
 namespace kv::desk {
 

@@ -1,12 +1,12 @@
 #include "desk/revisions/view_revisions.h"
 
+#include "classes/rights/rights.h"
+#include "data/table_value.h"
 #include "desk/answer_set.h"
 #include "desk/documents/document_access.h"
 #include "desk/revisions/revision_lookup.h"
 #include "desk/revisions/standing.h"
-#include "kvdata/recordset/text_field.h"
-#include "kvdata/table_value.h"
-#include "rights/rights.h"
+#include "recordset/text_field.h"
 
 namespace kv::desk {
 

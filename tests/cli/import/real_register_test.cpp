@@ -14,8 +14,8 @@
 #include "common/plain_text.h"
 #include "desk/register/import/csv_table.h"
 #include "desk/register/import/importer.h"
-#include "kvdata/recordset/database.h"
-#include "kvdata/schema/create_register.h"
+#include "recordset/database.h"
+#include "schema/create_register.h"
 #include "support/shared_data.h"
 #include "support/test_register.h"
 

@@ -1,7 +1,7 @@
 // kvvesk owners and approvers: the two lists of users that a document has.
 
+#include "classes/rights/rights.h"
 #include "cli/verb_register.h"
-#include "rights/rights.h"
 
 namespace kv {
 namespace {

@@ -13,11 +13,11 @@
 #include <set>
 #include <sstream>
 
+#include "classes/relations/relation_errors.h"
+#include "classes/relations/release_rights.h"
+#include "classes/rights/rights.h"
 #include "cli/program/program.h"
 #include "cli/verb_register.h"
-#include "relations/relation_errors.h"
-#include "relations/release_rights.h"
-#include "rights/rights.h"
 #include "support/test_server.h"
 
 namespace kv {

@@ -1,8 +1,8 @@
 // kvvesk copy: a register in another place, the same to the last value.
 
 #include "cli/verb_register.h"
-#include "kvdata/connection.h"
-#include "kvdata/schema/copy_register.h"
+#include "data/connection.h"
+#include "schema/copy_register.h"
 #include "support/test_server.h"
 
 namespace kv {

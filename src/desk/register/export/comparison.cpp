@@ -7,10 +7,10 @@
 
 #include "common/convert.h"
 #include "common/plain_text.h"
+#include "data/table_value.h"
 #include "desk/register/export/places.h"
 #include "desk/register/import/importer.h"
-#include "kvdata/recordset/recordset.h"
-#include "kvdata/table_value.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

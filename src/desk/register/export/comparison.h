@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kvdata/recordset/database.h"
+#include "recordset/database.h"
 
 namespace kv::desk {
 

@@ -8,7 +8,7 @@
 #include "desk/register/import/importer.h"
 #include "desk/register/new_register.h"
 #include "desk/transaction.h"
-#include "kvdata/schema/create_register.h"
+#include "schema/create_register.h"
 
 namespace kv::desk {
 

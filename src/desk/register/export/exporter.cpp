@@ -11,9 +11,9 @@
 #include "common/plain_text.h"
 #include "common/text.h"
 #include "common/whole_number.h"
+#include "data/table_value.h"
 #include "desk/register/export/places.h"
 #include "desk/register/import/importer.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

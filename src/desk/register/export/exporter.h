@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "desk/register/export/csv_writer.h"
-#include "kvdata/recordset/database.h"
-#include "kvdata/recordset/recordset.h"
+#include "recordset/database.h"
+#include "recordset/recordset.h"
 
 namespace kv::desk {
 

@@ -10,10 +10,10 @@
 #include "common/error.h"
 #include "common/text.h"
 #include "common/text_key.h"
+#include "data/operation.h"
+#include "data/profile.h"
+#include "data/table_value.h"
 #include "desk/register/import/user_fields.h"
-#include "kvdata/operation.h"
-#include "kvdata/profile.h"
-#include "kvdata/table_value.h"
 
 namespace kv::desk {
 

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "common/date.h"
+#include "data/connection.h"
 #include "desk/register/import/csv_table.h"
 #include "desk/register/import/insert.h"
-#include "kvdata/connection.h"
 
 namespace kv::desk {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "kvdata/connection.h"
+#include "data/connection.h"
 
 namespace kv::desk {
 

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "common/convert.h"
-#include "kvdata/schema/change_columns.h"
-#include "kvdata/table_value.h"
+#include "data/table_value.h"
+#include "schema/change_columns.h"
 
 namespace kv::desk {
 

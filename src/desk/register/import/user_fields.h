@@ -3,7 +3,7 @@
 #pragma once
 
 #include "common/ref.h"
-#include "kvdata/connection.h"
+#include "data/connection.h"
 
 namespace kv::desk {
 
