@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 #include "recordset/recordset.h"
 
@@ -13,17 +12,8 @@ namespace kv {
 // the row where he had it: an operation that moves the set saves it before it begins.
 class Edit {
  public:
-  explicit Edit(Ref<Recordset> rs) : rs_(std::move(rs)), position_(rs_->position_) {
-    if (rs_->pending_) callers_ = std::make_unique<Recordset::Pending>(*rs_->pending_);
-  }
-  ~Edit() {
-    if (kept_ || !rs_->pending_) return;
-    if (callers_)
-      rs_->moveTo(position_);
-    else if (rs_->pending_->adding)
-      rs_->moveTo(rs_->pending_->left);
-    rs_->pending_ = std::move(callers_);
-  }
+  explicit Edit(Ref<Recordset> rs);
+  ~Edit();
   Edit(const Edit&) = delete;
   Edit& operator=(const Edit&) = delete;
   Edit(Edit&&) = delete;

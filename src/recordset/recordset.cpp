@@ -11,6 +11,7 @@
 #include "recordset/criteria.h"
 #include "recordset/keyset_source.h"
 #include "recordset/local_source.h"
+#include "recordset/pending.h"
 #include "recordset/row_view.h"
 #include "recordset/row_window.h"
 #include "recordset/snapshot_source.h"
@@ -23,14 +24,6 @@ namespace {
 constexpr double kSlotsPerGeneration = 4294967296.0;  // bookmarks: generation * 2^32 + slot
 
 }  // namespace
-
-struct Recordset::Pending {
-  bool adding = false;
-  RowEdit values;
-  RowKey row;                 // the row that is edited
-  engine::RowBlock original;  // the row as read for this edit; empty when adding
-  Position left;              // where an addition began
-};
 
 struct Recordset::Shown {
   RowView view;
