@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs the benchmarks and prints, for every pair of "name/kvvesk" and "name/floor", the ratio of
 // their times, as a table in Markdown. Each is repeated, in random order among the others, and the
 // medians are compared, so that a drifting machine harms both alike.

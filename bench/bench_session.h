@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A session on a register, as a client has one: the root object with an administrator logged in.
 #pragma once
 

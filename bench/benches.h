@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The benchmarks, each a pair: the library's way and the floor.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Many clients of one server, each with a connection of its own, writing at once.
 
 #include <fmt/format.h>

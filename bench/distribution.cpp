@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Distribution against the floor: documents in manuals, copies given and taken back, and the lists
 // of what a user holds.
 #include <fmt/format.h>

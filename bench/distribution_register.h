@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Registers in which manuals are held, released and changed, on either engine, and what a client
 // does in them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Measuring what is done and undone in turn: the one is measured, the other belongs to neither
 // side.
 #pragma once

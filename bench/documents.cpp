@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of documents against the floor: hand-written C that does the same reads and
 // writes, those of one operation in one transaction.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The floor: hand-written calls of SQLite's own interface with prepared statements that are kept.
 // What the library does is compared with this, on the same file in the same run.
 #pragma once

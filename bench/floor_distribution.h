@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Distribution on the floor: hand-written C over SQLite that reads and writes the same rows in one
 // transaction. Where several indexes would do, it names the one that finds least.
 #pragma once

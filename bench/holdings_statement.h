@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The floor's statements for lists of what a user holds; but for the text keys they are the same on
 // every engine.
 #pragma once

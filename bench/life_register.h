@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Registers in which revisions are routed, decided about and put in force, on either engine, and
 // what a client does in them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an open set over a million documents takes: the process's memory before it is opened, after
 // opening, and after reading to the end. In a process of its own, so that nothing else is counted.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Record sets against the floor: reading everything in order, opening and the first row, one field
 // by identifier, editing.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The life of revisions against the floor: hand-written C that reads and writes the same rows in
 // one transaction. And logging in, most of which is what a password costs.
 

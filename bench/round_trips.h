@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Measuring on a server: times, and how often the server is waited for.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Registers of a given size to measure on.
 #pragma once
 

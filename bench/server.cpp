@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The operations on PostgreSQL against hand-written libpq, with the round trips of each operation.
 
 #include <benchmark/benchmark.h>

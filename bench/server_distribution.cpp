@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Distribution on PostgreSQL against hand-written libpq, with the round trips of each operation.
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The floor on a server: hand-written calls of libpq with prepared statements, one at a time.
 #pragma once
 

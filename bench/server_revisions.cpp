@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The life of revisions on PostgreSQL against hand-written libpq, with the round trips of each
 // operation.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What `cmake --install` puts where, in three components: the shared library; what is needed to build with it; the
 # program. Packages are made of them.
 include(CMakePackageConfigHelpers)

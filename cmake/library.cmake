@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # The library as programs link it: all floors in one, static or shared, with the headers that are for everybody and no
 # others. Within another build KvVesk::kvvesk is the one that BUILD_SHARED_LIBS asks for; here both are made.
 

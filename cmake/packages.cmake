@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Debian packages of the three components: `cpack` in the build folder makes them.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kvvesk)

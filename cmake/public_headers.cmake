@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # cmake -DSOURCE=... -DGENERATED=... -DOUTPUT=... -DSTAMP=... -P public_headers.cmake
 # Writes kvvesk/kvvesk.h and every header of ours that it reaches to OUTPUT, including each other as <kvvesk/...>, and what
 # was read to STAMP.d. Parser, emitter and engines are nobody else's business: a way to one of their headers is a fault.

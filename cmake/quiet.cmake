@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # cmake -DCOMMAND=... -DOUTPUT=FILE -P quiet.cmake: runs a command that talks too much, and shows what it said only when
 # it failed.
 execute_process(

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # Warnings are errors, in our own code: system headers are not ours to mend. Within another build they are not: its
 # compiler may know more of them than ours.
 add_library(kvvesk_warnings INTERFACE)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # 64-bit Windows by mingw-w64, with threads of the C++ library. What is built needs nothing but the system: libraries of
 # the compiler and outside ones (scripts/windows-libraries) are linked statically.
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # cmake -DPROGRAM=... -DOUTPUT=FOLDER -P written_by_program.cmake
 # Lets the program write its manual pages, one of all and one of each command, and what completes it in shells.
 cmake_policy(VERSION 3.25)

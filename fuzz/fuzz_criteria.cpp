@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any text as criteria of Find, Filter and Sort: read, or refused with 3001 or 3265.
 
 #include "common/error.h"

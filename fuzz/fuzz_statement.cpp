@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any text through the SQL front end, against the tables of a register. It is a statement or
 // refused with a well-known number; a statement printed and read again prints the same; and the
 // engine can prepare what is emitted for it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Any text as a pattern, number, date, key or connection string. Each is read or refused orderly,
 // and what is written of a value reads as the value again.
 

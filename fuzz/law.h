@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the fuzz targets say when a law of the library does not hold.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """What the component's interface description says, and which scripts call what. For scripts/operations."""
 import pathlib
 import re

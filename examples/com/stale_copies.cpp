@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lists the hard copies that are not of the revision in force, by early binding.
 //   stale_copies.exe REGISTER USER PASSWORD
 // Compile it with the folder of kvvesk_idl.h, and link ole32, oleaut32 and uuid.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Lists the hard copies that are not of the revision in force. Needs 64-bit Python and pywin32.
 
   python stale_copies.py REGISTER USER

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A program that uses the library: prints the documents of a register by title.
 //   consumer REGISTER
 #include <kvvesk/kvvesk.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One argument on its way from a caller of the platform into the library, and, where the library
 // gives something back in it, out again. There is a conversion for each pair that goes together;
 // for any other pair the compiler says so.

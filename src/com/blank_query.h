@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What one gets who creates a clsQuery: that class is an interface and has no behaviour of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A member of an interface as a call of the library's member: arguments converted, the result
 // given, what is raised reported.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What documents, manuals and revisions have in common: the way back to the root, a data server of
 // their own, opening and log-in.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Makes objects of one class for the platform.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is raised inside the library, as the platform reports it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Text between the library, which has UTF-8, and the platform, which has UTF-16.
 #pragma once
 

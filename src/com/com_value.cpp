@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "com/com_value.h"
 
 #include <cmath>

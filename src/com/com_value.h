@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values between the library's Variant and the platform's VARIANT.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An object of the DLL's own that has one interface and stands for nothing in the library: it
 // counts its references and keeps the DLL loaded.
 #pragma once

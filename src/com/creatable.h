@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The classes that clients create by themselves.
 #pragma once
 

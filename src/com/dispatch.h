@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Late binding: calls by name, with arguments of any kind that can be made into the declared ones.
 //
 // The platform's own would refuse a variable of a script where a member takes an argument of a

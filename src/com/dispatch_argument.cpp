@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "com/dispatch_argument.h"
 
 #include "com/com_text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One argument of a late-bound call, from the caller's VARIANT to what the member takes, and back.
 #pragma once
 

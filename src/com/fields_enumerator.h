@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Goes over the fields of a record set, for loops of scripts.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which interface, and which class of the type library, stands for which class of the library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The members of an interface as the type library describes them, in the form that calls need.
 #pragma once
 

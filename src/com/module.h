@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The DLL itself: where it is, and whether anybody still needs it.
 #pragma once
 

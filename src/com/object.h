@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The platform object around an object of the library: identity, life time, late binding and error
 // information. A class adds the members of its interface.
 #pragma once

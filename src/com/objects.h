@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Objects of the library as objects of the platform, and back. While one of ours is alive, the same
 // object of the library is always the same object of the platform.
 #pragma once

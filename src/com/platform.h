@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The platform's headers, without what they define that gets in the way.
 #pragma once
 

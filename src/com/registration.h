@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the registry says about the classes, so that clients find them by name.
 #pragma once
 

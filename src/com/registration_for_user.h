@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the platform exports and its headers here do not declare.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "classes/revisions/revision.h"
 #include "com/child_object.h"
 #include "com/objects.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rows that GetRows gives, as an array of the platform.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "com/object.h"
 #include "com/objects.h"
 #include "user/sender.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "com/type_library.h"
 
 #include "com/module.h"

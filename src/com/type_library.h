@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The type library, which the DLL carries with it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a database holds: tables, their columns and types. Engines describe their database with it,
 // the SQL front end binds names against it; neither knows the other.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Why a database engine, or what stands below it, said no: a value for programs that decide what to
 // do next, and the sentence that people read first.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The one clock. Everything that writes "now" or "today" asks it, so that tests can hold it still.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conversions and comparisons of values by the host's rules. Every one states what becomes of Null
 // and Empty.
 #pragma once

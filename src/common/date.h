@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Date: a day count with fraction from 1899-12-30.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a shared library shows: the build hides every name but those that carry this mark. Classes
 // and functions that programs may use carry it; what stands in headers alone needs none.
 #pragma once

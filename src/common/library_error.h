@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library's own errors: a code on top of the base, a source and a text, kept in tables.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Pattern matching of the SQL dialect's Like.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Paths are UTF-8 text everywhere but where the system is asked for a file.
 #pragma once
 

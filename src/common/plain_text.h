@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values as texts for people and programs outside.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ref<T>: how objects are handed out. A shared pointer that raises 91 instead of crashing when
 // empty.
 #pragma once

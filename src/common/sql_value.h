@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A value on its way into or out of a database engine: what both engines can store.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Plain rules about text that every floor shares. Text is UTF-8 throughout.
 #pragma once
 

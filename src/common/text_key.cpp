@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "common/text_key.h"
 
 #include <utf8proc.h>

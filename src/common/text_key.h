@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The two keys by which all text is compared, the same on every engine.
 //
 // fold  = root lower case, with the final sigma as sigma. Equality, joins, In, Distinct, Group By,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Variant: a value of any of the kinds that arguments, results and fields may have.
 #pragma once
 

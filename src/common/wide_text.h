@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Windows has its own text in UTF-16.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Config: values that the administrator sets, by key. The keys are the columns of a one-row table.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Connection: the database object that record sets are opened and statements executed on.
 #pragma once
 

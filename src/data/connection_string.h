@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Connection strings: "Provider=Microsoft.Jet.OLEDB.3.51;...;Data Source=LOCATION", or a location
 // alone.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // DataServer: a connection seen with one class's table names, and the profile that it is shared by.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Operation: one thing that a caller asks of the library. Everything it writes through one
 // connection is kept, or nothing is; inside a transaction of the client's it is a mark in that.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Profile: who is logged in and what they may do, and the connection that goes with it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "data/query_store.h"
 
 #include "common/convert.h"

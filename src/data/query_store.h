@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Queries: the stored queries of one class, each a row of its table.
 #pragma once
 

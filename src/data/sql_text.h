@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Joining values into statement texts. The texts are part of the interface, so values go in as they
 // are; what a value must not do is change the shape of the statement around it. These functions
 // know where a value goes, give it back when it can go there, and raise -2147217900 when it cannot;

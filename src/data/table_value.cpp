@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "data/table_value.h"
 
 #include "common/error.h"

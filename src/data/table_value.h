@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reads and writes of single values by which the components keep their own settings. They go below
 // the statement observer.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Answers that no statement gives: rows put together by a use case, read like any others.
 #pragma once
 

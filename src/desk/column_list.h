@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Lists of columns as people write them. They go into a statement, so nothing but
 // columns gets through.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The session that every use case works in: a root object that is open and logged in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Transaction: everything a use case tests and writes, kept together or not at all.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Identifiers of documents and manuals are made of the user and the second.
 #pragma once
 

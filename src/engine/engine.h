@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The interface to a database engine: what the engines we have need, and no more. SQL texts pass
 // through it as they are; which engine understands which text is the emitters' business.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "engine/row_block.h"
 
 namespace kv::engine {

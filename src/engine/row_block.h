@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows as they come from an engine: one array of cells and one run of bytes, so that reading a
 // block of rows allocates nothing per value and text can be handed out as views.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The errors of the SQL front end: the well-known numbers and texts, each followed by the place in
 // the statement and what stands there.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library's interface as one header: the root object and all it leads to, making a register,
 // rights and states, errors and values.
 #pragma once

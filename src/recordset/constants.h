@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Numbers that clients of record sets pass and read, with the values that they know them by.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The criteria of Find and Filter: comparisons of a column with a value.
 #pragma once
 

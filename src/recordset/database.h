@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A database that speaks the dialect: an engine with the SQL front end before it. Statements of one
 // shape are lexed, found again and run; only a new shape is parsed, bound, emitted and prepared.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Edit: what an operation assigns in a set that may be its caller's, kept as one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a record set: its columns, with the values of the current row.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How the entity classes come to the one row that an operation is about, and to single values.
 #pragma once
 

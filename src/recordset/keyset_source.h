@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows by key: the keys of all rows are read when the set opens, the rows themselves when they are
 // visited. No lock is held between.
 #pragma once

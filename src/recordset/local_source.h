@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows of a free-standing set, which no database is behind.
 #pragma once
 

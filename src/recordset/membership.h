@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which rows a record set consists of: slots in their order, some of them holes. Requery begins a
 // new one; bookmarks and places belong to one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is pending in a set: an edit of its current row, or an addition.
 #pragma once
 

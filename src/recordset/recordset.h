@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Recordset: a cursor over rows with fields by name, movement, editing, find and bookmarks.
 //
 // Membership and order are fixed when the set opens; own additions come at the end. Rows are read

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where a record set's rows are: its membership, which is fixed when it opens and grows only by its
 // own additions, and the reading and writing of rows. Cursors with a position of their own work on
 // top; clones share one source, and learn from its generation that another one has requeried it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a set shows of its rows, and in which order: all as they come, or under a filter or an order
 // of the client's some of them. A place is a row's number in what is shown.
 #pragma once

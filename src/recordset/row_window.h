@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rows of a set that have been read last: one block of them, thrown away as soon as their
 // source says that they may not be what they were.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rows of a record set as a range:
 //
 //   for (const auto& row : rs->rows())

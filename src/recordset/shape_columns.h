@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The columns of a statement's result as record sets show them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "recordset/snapshot_source.h"
 
 #include "common/error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows without keys (DISTINCT, grouping, constants): read once, when the set opens, and kept.
 #pragma once
 

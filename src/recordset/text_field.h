@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The rule by which user text goes into fields and comes out of them: an empty string is stored as
 // Null, and Null reads as an empty string.
 #pragma once

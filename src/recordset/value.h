@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Values between fields, where they are Variants, and rows, where they are what an engine stores.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/change_columns.h"
 
 #include "common/error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Moving a register from one place to another, and from one engine to another.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Making a new register.
 #pragma once
 

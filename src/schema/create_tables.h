@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Making a database of other tables than a new register has.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The tables of a register, at layout 02.01.
 #pragma once
 

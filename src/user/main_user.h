@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // MainUser: users by name and number, and the log-in.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Passwords as they are kept: argon2id hashes in their own text form, which carries parameters and
 // salt.
 #pragma once

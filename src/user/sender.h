@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvSender: writes actions into the table that their assignees read.
 #pragma once
 

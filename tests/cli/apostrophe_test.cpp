@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program for a user whose identifier has an apostrophe, and documents and manuals like that.
 #include <nlohmann/json.hpp>
 

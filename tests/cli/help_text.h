@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the program's help texts list.
 #pragma once
 

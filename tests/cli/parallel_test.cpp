@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Programs that run at once: what must be there once is there once, whoever looked first. What is
 // looked for may not exist yet, and on a server nobody sees what others have not committed.
 #include <gmock/gmock.h>

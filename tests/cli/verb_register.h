@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A register to run verbs on: three users, three documents with revisions, and two saved queries.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Counting what holds, as the scripts do.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What clients in C++ need: text and objects that clean up after themselves.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A client in C++, bound early: it calls through the tables of virtual functions as the header has
 // them, and compares these tables with what the type library says of every member.
 //   early_bound.exe REGISTER DLL

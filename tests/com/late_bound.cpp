@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A client bound late, with what the scripting host of the tests cannot do: named arguments,
 // variables of every kind by reference, numbers of every kind, text that is none.
 //   late_bound.exe REGISTER

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // That the component goes when nobody needs it any more: objects and locks are counted, and one
 // object of the library is one object of the platform.
 //   lifetime.exe REGISTER DLL

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A program that uses the component by its manifest, unregistered.
 //   unregistered.exe FOLDER        with kvvesk.dll and kvvesk.dll.manifest
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // DataServer, Config, Profile and Queries.
 
 #include "data/data_server.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Copies as they are given to users, taken back and counted.
 #include "classes/rights/rights.h"
 #include "desk/copies/give_copies.h"

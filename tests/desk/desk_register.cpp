@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/desk_register.h"
 
 #include "desk/refusal.h"

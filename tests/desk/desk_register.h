@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A register for the use cases of those who keep one, and sessions of its users.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Documents as those who keep a register look at them, add, change and delete them.
 #include "classes/rights/rights.h"
 #include "common/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Manuals as those who keep a register look at them, add, change and fill them.
 #include "classes/rights/rights.h"
 #include "common/clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Users, workgroups, rights, owners and approvers, and what people have been asked to do.
 #include "classes/rights/rights.h"
 #include "desk/desk_register.h"

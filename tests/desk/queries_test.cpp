@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Saved queries as those who keep a register make and change them.
 #include "classes/rights/rights.h"
 #include "desk/desk_register.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The register as a whole: keywords, labels, configuration, making and copying one, statements.
 #include "classes/rights/rights.h"
 #include "desk/desk_register.h"

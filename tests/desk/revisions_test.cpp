@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Revisions as those who keep a register prepare them and lead them into force.
 #include "classes/rights/rights.h"
 #include "desk/desk_register.h"

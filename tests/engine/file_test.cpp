@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What may be found where a register was expected, and who may read it.
 
 #include <gtest/gtest.h>

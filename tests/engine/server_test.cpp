@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is particular to servers. Everything else about them is in the suites that run on both
 // engines.
 #include <fmt/format.h>

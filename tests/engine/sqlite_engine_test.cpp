@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "engine/sqlite/sqlite_engine.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A manual of 5,000 documents that 1,000 users hold: five million lines, in which operations still
 // have to come to an end soon. Built with the other tests and run by hand, as it takes one minute
 // in a file and three on a server, or five where others work beside it:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Golden files: a statement, then what the front end makes of it. KVVESK_REWRITE_GOLDEN=1 rewrites
 // them; review the difference before committing it.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Text that nobody meant to write: every statement of the golden files with a byte removed,
 // replaced, doubled or put in at every place; deep nesting; endless chains. Each is either a
 // statement or refused with one of the well-known numbers.

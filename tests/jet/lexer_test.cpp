@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "jet/syntax/lexer.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets over the same rows, when one of them requeries: the others take the new rows at their next
 // use, and no place among the old rows is used on the new ones.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The floor below record sets: shapes, statements, transactions, faults.
 
 #include "recordset/database.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What statements of the dialect answer, on a small register.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets built field by field and opened without a connection obey the same rules.
 
 #include <gtest/gtest.h>

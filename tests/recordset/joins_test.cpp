@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets over several tables, and sets whose rows have no keys.
 
 #include <gtest/gtest.h>

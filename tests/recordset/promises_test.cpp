@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What record sets promise, one test per sentence.
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Seeded random walks of moves, edits, finds, bookmarks, additions and deletions, each step
 // compared with a plain model.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sets as C++ programs read and write them: rows as a range, values by name.
 #include "recordset/rows.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every state of a record set against every operation: what may be done when, and the number raised
 // where it may not.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What record sets show after something was undone or could not be done: transactions rolled back,
 // commits and readings that failed.
 

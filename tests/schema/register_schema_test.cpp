@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "schema/register_schema.h"
 
 #include <fmt/format.h>

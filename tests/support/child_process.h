@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A program of a test's own in another process: told what to do on its input, read line by line,
 // and killed at any moment.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A session on a register with documents, manuals and holders of copies, in which Bert is logged in
 // with the rights that a test gives him.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where the engines differ, each difference one named answer. A test that asks none of these
 // expects the same of both.
 #pragma once

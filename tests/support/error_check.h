@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an operation raised, and expectations about it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // An engine that does what another one does, until it is told to fail: a full disk, a lost
 // connection.
 #pragma once

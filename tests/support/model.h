@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A plain in-memory model of a record set, to compare the real ones with: rows in a list, holes
 // where rows were deleted.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Runs a piece of a test in a child process, for what only another process or another user can
 // show.
 #pragma once

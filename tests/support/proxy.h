@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A stretch of wire between a client and the test server that a test can cut.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A register seen past the library, through the engine's own interface: what it really
 // holds, on either engine, and rules that make single statements fail.
 #pragma once

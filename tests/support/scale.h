@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How long random walks are: full length in an ordinary build, a tenth under the sanitizers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A register with an administrator, Anna (User1), and an ordinary user, Bert (User2), and a session
 // on it; for tests of the classes that live in a session.
 #pragma once

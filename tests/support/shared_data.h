@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Real registers and Access files to run against. They lie beside the checkout, or where
 // KVVESK_DATA says; where they are not, the tests on them are skipped and say so.
 #pragma once

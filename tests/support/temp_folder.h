@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A folder that a test has to itself and that goes with it.
 #pragma once
 

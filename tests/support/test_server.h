@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The server that tests run on when KVVESK_TEST_SERVER names one: see scripts/with-postgres.
 #pragma once
 

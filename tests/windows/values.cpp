@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Prints what must be the same on every system: keys of text over all code points, numbers and
 // dates as text and back. One line of a checksum each, so that two systems' answers can be
 // compared; and nothing is printed twice that a system could get wrong in two ways that even out.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The root object's operations on actions: things for people to do.
 #include "classes/session/vesk.h"
 #include "classes/session/vesk_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "classes/documents/document.h"
 
 #include "classes/session/vesk.h"

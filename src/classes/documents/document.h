@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsVeskDocument: the documents of a register.
 //
 // No operation of this class tests a right but those that link a document with manuals and users:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What clsVeskDocument raises: codes, sources and texts in one table. The source is that of loading
 // in the errors of saving too; clients know it so.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Documents linked with manuals, owners, approvers and users: the root object's relations, seen
 // from the document.
 #include "classes/documents/document.h"

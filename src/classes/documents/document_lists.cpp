@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What hangs off a document, what users hold, and the order of a document's approvers.
 #include "classes/documents/document.h"
 #include "classes/rights/document_order.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The saved queries of clsVeskDocument.
 #include "classes/documents/document.h"
 #include "data/operation.h"

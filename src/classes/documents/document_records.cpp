@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of clsVeskDocument.
 #include "classes/documents/document.h"
 #include "classes/documents/document_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsVeskManual: the manuals of a register: named, ordered collections of documents, which are
 // released to users as numbered copies.
 //

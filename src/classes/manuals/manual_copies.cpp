@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who has a manual, and the numbers of its hard copies.
 #include "classes/manuals/manual.h"
 #include "classes/session/vesk.h"

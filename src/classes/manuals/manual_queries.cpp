@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The saved queries of clsVeskManual.
 #include "classes/manuals/manual.h"
 #include "data/operation.h"

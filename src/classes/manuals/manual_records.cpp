@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of clsVeskManual.
 #include "classes/manuals/manual.h"
 #include "classes/manuals/manual_errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Pieces of the conditions that queries are turned into.
 #pragma once
 

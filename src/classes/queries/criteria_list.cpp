@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "classes/queries/criteria_list.h"
 
 #include "common/error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The criteria of a query: values by name, without regard to case.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsDocumentQuery: criteria for the document list.
 //
 // Criteria: DocType (0 controlled, 1 uncontrolled, else both), Field1 to Field6 with their operator

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsManualQuery: criteria for the manual list.
 //
 // Criteria: Field1 to Field5 with their operator codes Field1Key to Field5Key (name, four data

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsQuery: a saved query, which is a set of criteria by which a list is narrowed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the three kinds of queries have in common: the criteria, and the names under which clients
 // that hold one of the classes reach the members of clsQuery.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsUserQuery: criteria for the user list.
 //
 // Criteria: for each of UserName, Alias, Title and User00 to User11 a value under the field's name,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Documents in manuals.
 #include "classes/relations/relation_errors.h"
 #include "classes/rights/rights.h"

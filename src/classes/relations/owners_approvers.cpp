@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who owns a document, and who must approve its revisions.
 #include "classes/relations/relation_errors.h"
 #include "classes/rights/rights.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the root object's relations raise: codes, sources and texts in one table. Texts are exactly
 // as clients know them: two blanks behind some full stops, one leading blank, one misspelt source.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What several relations test before they change anything.
 #include "classes/relations/release_rights.h"
 #include "classes/session/vesk.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who may release what, and what is told to those who may not.
 #pragma once
 

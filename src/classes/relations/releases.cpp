@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What has been released: lists of copies with everything about them, and single values.
 #include "classes/session/vesk.h"
 #include "data/sql_text.h"

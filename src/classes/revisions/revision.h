@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsVeskRevision: the revisions of documents and their way through approval.
 //
 // Sets that are handed out are open; the caller closes them. Identifiers that would change the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How approvers decide about a revision.
 #include "classes/revisions/revision.h"
 #include "classes/revisions/revision_status.h"

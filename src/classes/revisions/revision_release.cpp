@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a revision is put in force.
 #include "classes/revisions/revision.h"
 #include "classes/revisions/revision_status.h"

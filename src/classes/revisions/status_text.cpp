@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The status of a revision as lists show it, with the register's own word for revisions.
 #include "classes/revisions/revision.h"
 #include "classes/revisions/revision_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The column by which lists order documents.
 #pragma once
 

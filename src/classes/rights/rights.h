@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What users may do, what owners may do, and the options of users and of the whole register. Each
 // family is kept as a text of "0" and "1"; the number of a setting is its place in that text,
 // from 1. Names and numbers are those that clients know, irregular spellings included.

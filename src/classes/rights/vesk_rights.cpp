@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The root object's tests and setters of rights and options.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Session: a root object whose register is open and whose user is logged in, as long as it lives.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsVesk: the root object, and the only one a client creates. It owns one session: the data server
 // with connection and profile, the user component, and the objects through which clients reach
 // documents, manuals, users and revisions.

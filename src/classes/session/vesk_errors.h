@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the root object raises: codes, sources and texts in one table.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // clsVeskUser: the users of a register.
 //
 // No operation of this class tests a right but those that release, collect and assign: they are the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What users hold, own and approve, and the changes to it seen from the user.
 #include "classes/rights/document_order.h"
 #include "classes/rights/rights.h"

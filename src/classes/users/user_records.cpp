@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The records of clsVeskUser, and its saved queries.
 #include "classes/session/vesk.h"
 #include "classes/users/user.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a verb did, told as a sentence or as a row.
 #pragma once
 

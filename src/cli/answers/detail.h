@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One record in full: a line for each of its fields.
 #pragma once
 

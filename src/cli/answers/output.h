@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Results on standard output: readable tables, CSV, JSON.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Giving copies to users and taking them back, for the verbs that say it in their own ways. Each
 // tells what it did.
 #pragma once

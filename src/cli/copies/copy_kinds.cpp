@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "cli/copies/copy_kinds.h"
 
 namespace kv::cli {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which kinds of copies a list is about.
 #pragma once
 

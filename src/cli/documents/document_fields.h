@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a document as options: --title, --number and so on.
 #pragma once
 

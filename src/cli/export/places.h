@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The places of documents in manuals, as the files of an export can hold them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a manual as options: --name, --field1 and so on.
 #pragma once
 

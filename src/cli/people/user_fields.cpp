@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "cli/people/user_fields.h"
 
 #include "cli/program/given_options.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a user as options: --name, --alias and so on.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The command line as the verbs see it. CLI11 parses it, in command.cpp alone: it is one large
 // header, and compiling it with every verb took more than the rest of the program.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The command line as it is put together, for what is written about it: completion and the manual
 // page. What help does not list is not in it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How the program ends, and what it says when that is not well.
 #pragma once
 

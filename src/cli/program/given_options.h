@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Options that may be given or not, where an empty text is something else than none.
 #pragma once
 

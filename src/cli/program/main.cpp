@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk: a controlled-document register from the shell.
 
 #include "cli/program/errors.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program's command line, put together from the table of verbs.
 #pragma once
 

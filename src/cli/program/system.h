@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What systems do each in their own way. Text is UTF-8 here as everywhere.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The terminal: passwords, progress, interruption.
 #pragma once
 

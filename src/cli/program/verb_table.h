@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Every verb of the program, in the order in which help lists them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // How a verb is declared, and all that are. A verb is a structure of the words it takes, which its
 // options and positional words are written to, and which carries itself out:
 //

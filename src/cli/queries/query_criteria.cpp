@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "cli/queries/query_criteria.h"
 
 #include "cli/program/given_options.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The criteria of saved queries as options.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a verb has made of a revision.
 #pragma once
 

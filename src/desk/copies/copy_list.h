@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Copies that users hold, on paper and on personal lists, each with the revision it is of and the
 // one in force.
 #pragma once

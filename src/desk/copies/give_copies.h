@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Giving copies of documents and manuals to users: hard copies, and entries on personal lists. The
 // library tests the rights.
 #pragma once

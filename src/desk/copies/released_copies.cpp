@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/copies/released_copies.h"
 
 #include "common/convert.h"

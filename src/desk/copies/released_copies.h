@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which copies are meant that somebody gets, has or gives back.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/copies/take_copies_back.h"
 
 #include "common/text.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Taking copies of documents and manuals back from users. The library tests the rights.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who has which copies. Secured documents are listed for administrators and their owners only.
 #pragma once
 

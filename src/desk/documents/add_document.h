@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Adding a document and its first revision.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/documents/delete_document.h"
 
 #include "classes/rights/rights.h"

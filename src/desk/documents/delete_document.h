@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deleting a document with its revisions, owners, approvers and copies.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which document is meant, and what the logged-in user may do with it.
 #pragma once
 

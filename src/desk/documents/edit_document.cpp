@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/documents/edit_document.h"
 
 #include "classes/revisions/revision_status.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/documents/view_documents.h"
 
 #include "classes/rights/rights.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at documents: one in full, or a list of many.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Adding a manual, without documents as yet.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deleting a manual with its copies; the documents in it stay in the register.
 #pragma once
 

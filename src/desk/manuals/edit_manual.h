@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Changing a manual's fields.
 #pragma once
 

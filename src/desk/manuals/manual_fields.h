@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a manual that its keepers may write.
 #pragma once
 

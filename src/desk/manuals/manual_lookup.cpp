@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/manuals/manual_lookup.h"
 
 #include "common/text.h"

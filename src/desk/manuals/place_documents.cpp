@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/manuals/place_documents.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which documents are in a manual, and in which order.
 #pragma once
 

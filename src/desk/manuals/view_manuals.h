@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at manuals: a list of many, or one of them with what is in it and who has it.
 #pragma once
 

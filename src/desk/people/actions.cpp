@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/people/actions.h"
 
 #include "common/clock.h"

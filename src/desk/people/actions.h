@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What somebody has been asked to do.
 #pragma once
 

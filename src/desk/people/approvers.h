@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who must approve the revisions of a document, in which order.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/people/change_password.h"
 
 #include "classes/rights/rights.h"

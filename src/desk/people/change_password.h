@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Giving a user a new password.
 #pragma once
 

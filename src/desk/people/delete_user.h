@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deleting a user with ownerships, places in approval lists and copies.
 #pragma once
 

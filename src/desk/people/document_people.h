@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The two lists of people that a document has: its owners and its approvers.
 #pragma once
 

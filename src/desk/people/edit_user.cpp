@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/people/edit_user.h"
 
 #include "classes/rights/rights.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rights and options as they are shown and named.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a user that the keepers of a register may write.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the changes of users have in common.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rights and options: looking at them and changing them.
 #pragma once
 

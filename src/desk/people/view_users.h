@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at users. Passwords are kept as hashes and are shown to nobody.
 #pragma once
 

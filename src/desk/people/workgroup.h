@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Workgroups as people name them, and the one that makes administrators.
 #pragma once
 

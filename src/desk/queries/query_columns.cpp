@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/queries/query_columns.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The columns that saved queries search by, as people name them and as a stored query
 // keeps what is asked of them.
 #pragma once

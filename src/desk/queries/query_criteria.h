@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a saved query asks for, in the words of those who keep a register.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stored queries as people name them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Saving, changing and deleting saved queries. All of it takes the right to create queries of the
 // kind.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Stored queries of every kind, through the classes that keep them.
 #pragma once
 

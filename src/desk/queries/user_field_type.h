@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the twelve fields are that each register defines for its users, User00 to User11.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/queries/view_queries.h"
 
 #include "common/convert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at saved queries. Takes the right to view the list of what they find.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/register/copy_to.h"
 
 #include "desk/register/data_source.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Places as connection strings take them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a register calls the fields of its records.
 #pragma once
 

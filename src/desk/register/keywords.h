@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The values that validated fields may have.
 #pragma once
 

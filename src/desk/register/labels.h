@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at what a register calls its fields, and calling one something else.
 #pragma once
 

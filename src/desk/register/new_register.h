@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Making an empty register with an administrator, or a database of users and actions.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/register/run_statement.h"
 
 namespace kv::desk {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Running a statement of the register's SQL dialect.
 #pragma once
 

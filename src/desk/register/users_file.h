@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Where users and actions are kept, as the configuration says it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Adding a revision that is being prepared.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Approving or rejecting a revision.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Deleting a revision, not the file at its location.
 #pragma once
 

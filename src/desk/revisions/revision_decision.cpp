@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/revisions/revision_decision.h"
 
 #include "classes/rights/rights.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The fields of a revision that its keepers may write.
 #pragma once
 

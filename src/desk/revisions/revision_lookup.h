@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Which revision is meant, and where it stands.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What comes of a step on a revision's way.
 #pragma once
 

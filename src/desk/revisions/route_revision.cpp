@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/revisions/route_revision.h"
 
 #include "desk/documents/document_access.h"

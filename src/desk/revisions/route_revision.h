@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Asking the approvers of a document for their approval of a revision.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/revisions/sent_actions.h"
 
 #include "common/convert.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Whom a use case told what: the actions that its own transaction has sent.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Putting a revision in force; the one before goes out of date.
 #pragma once
 

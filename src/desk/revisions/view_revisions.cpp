@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/revisions/view_revisions.h"
 
 #include "classes/rights/rights.h"

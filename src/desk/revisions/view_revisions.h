@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Looking at revisions. All of it takes the right to view revision details.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // In place of the engine, in builds without libpq.
 #include "common/error.h"
 #include "engine/postgres/postgres_engine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A connection to a PostgreSQL server: it sends what is due before a statement together with the
 // statement, and opens itself again after it was lost.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The PostgreSQL engine; only open.cpp makes one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What PostgreSQL reports, as the errors that clients know.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A statement on a PostgreSQL connection. The first run sends its text, further ones run it
 // prepared.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What this process may do with a file or a folder that is there.
 #pragma once
 

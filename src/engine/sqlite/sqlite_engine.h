@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The SQLite engine: one file, write-ahead log.
 #pragma once
 

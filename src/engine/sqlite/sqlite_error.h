@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // SQLite's result codes to the errors that clients know.
 #pragma once
 

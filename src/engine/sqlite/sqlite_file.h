@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a file is, before anything is read from it as a register.
 //
 // Nothing here opens the file. The locks by which SQLite keeps processes apart are a process's own,

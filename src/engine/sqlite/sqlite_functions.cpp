@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The functions and the table that our SQL for SQLite uses: text keys, Like, text extremes,
 // conversions, and the list of keys by which record sets read blocks of rows.
 

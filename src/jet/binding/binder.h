@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Resolves the names of a syntax tree against a catalog and gives every expression its type.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A statement whose names are resolved against the catalog: what the emitters and the record sets
 // work from.
 #pragma once

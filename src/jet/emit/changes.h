@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // INSERT, UPDATE and DELETE as clients write them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The conditions among the expressions.
 #include "jet/emit/expression_writer.h"
 

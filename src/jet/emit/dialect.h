@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What one engine's SQL says differently from another's, each difference one named answer. The
 // emitter is written against this; a third engine brings one more of these.
 #pragma once

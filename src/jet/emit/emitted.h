@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the emitters hand to the floor above: SQL texts of the engine's own dialect, with the uses
 // of the statement's literals as parameters.
 #pragma once

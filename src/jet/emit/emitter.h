@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Bound statements to SQL texts, for the engine whose dialect is given.
 #pragma once
 

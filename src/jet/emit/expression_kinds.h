@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Questions that the emitters ask of a bound expression.
 #pragma once
 

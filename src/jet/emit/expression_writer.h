@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes the expressions and the FROM clause of one SQL text and gathers its parameters.
 #pragma once
 

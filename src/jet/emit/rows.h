@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The statements by which record sets write single rows; every value is a parameter, numbered from
 // 1 in order of appearance.
 #pragma once

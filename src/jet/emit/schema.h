@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Tables and their indexes as statements, and all rows of one table into another.
 #pragma once
 

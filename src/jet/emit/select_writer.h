@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes the texts of one SELECT: whole, by keys, its first rows, its rows by key.
 #pragma once
 

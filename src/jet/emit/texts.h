@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Joining pieces of a statement's text.
 #pragma once
 

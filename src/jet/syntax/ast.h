@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The syntax tree of a statement: a closed set of nodes, named after the grammar. The parser fills
 // names and ranges; the binder fills the fields marked "bound".
 #pragma once

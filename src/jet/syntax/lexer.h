@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Text to tokens, in one pass that also lifts the literals and names the statement's shape.
 #pragma once
 

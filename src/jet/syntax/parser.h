@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Tokens to a syntax tree, by recursive descent.
 #pragma once
 

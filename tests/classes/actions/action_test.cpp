@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Actions: filling, sending, listing and closing them.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Hostile and mistaken values in every identifier and field name that clsVeskDocument takes.
 #include <gtest/gtest.h>
 

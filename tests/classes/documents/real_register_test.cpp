@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A real register of 655 documents: saved queries, answered once by the register and once from the
 // CSV files by plain loops; and every document loaded and saved, after which nothing may differ.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Many clients that write at once, each with a connection of its own.
 
 #include <fmt/format.h>

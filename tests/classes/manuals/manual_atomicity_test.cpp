@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is left behind when an operation on manuals fails, is undone, or meets another one.
 #include <gtest/gtest.h>
 

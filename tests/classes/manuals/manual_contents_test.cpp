@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is in a manual, in which order, and which manuals somebody has.
 #include <gtest/gtest.h>
 

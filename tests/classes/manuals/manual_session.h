@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A session with manuals in its register, and their fields as one text.
 #pragma once
 

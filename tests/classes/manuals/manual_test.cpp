@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of clsVeskManual: what they run, give back, store and raise.
 #include "classes/manuals/manual.h"
 

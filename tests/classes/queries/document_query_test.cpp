@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The two texts of a document query, letter for letter.
 #include "classes/queries/document_query.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The two texts of manual and user queries, letter for letter.
 #include <gtest/gtest.h>
 

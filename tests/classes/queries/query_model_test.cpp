@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What the three kinds of queries are: criteria by name, loaded from a record and saved into it.
 #include <gtest/gtest.h>
 

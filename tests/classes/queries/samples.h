@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Criteria values with all that the two texts of a query can make of them, and criteria as a plain
 // map: for restatements of the builders that share no code with them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Documents into manuals, and out of them.
 #include <gtest/gtest.h>
 

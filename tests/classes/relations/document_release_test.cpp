@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Documents released to users, and taken back.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A manual of many documents that many users hold: what is done with it, at a size of choice.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A manual of 500 documents that 100 users hold; tests/heavy has a larger one.
 #include "classes/relations/large_manual.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Owners of documents, and approvers of their revisions.
 #include <gtest/gtest.h>
 

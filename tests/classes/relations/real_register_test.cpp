@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A real register of 22 manuals with 1983 copies: every list compared with what the CSV files say,
 // and its manuals changed, released and taken back.
 #include <gtest/gtest.h>

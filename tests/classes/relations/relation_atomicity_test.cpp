@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is left behind when a relation fails or is undone.
 #include <gtest/gtest.h>
 

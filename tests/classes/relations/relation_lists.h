@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The register beside the model: its tables, and every list that shows them.
 #pragma once
 

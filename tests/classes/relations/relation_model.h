@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What documents, manuals, holders, owners and approvers do to each other, told plainly: rows in
 // maps and the rules about them, and nothing of how the library works.
 #pragma once

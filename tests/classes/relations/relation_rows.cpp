@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "classes/relations/relation_rows.h"
 
 #include <fmt/format.h>

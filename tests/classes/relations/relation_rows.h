@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Rows of what relations change as texts, as the model and the register are compared by.
 #pragma once
 

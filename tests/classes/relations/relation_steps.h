@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What happens in a walk: each step chooses by chance who does what, and compares what comes of it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The real register that is walked through, the model beside it, those who act in it, and chance.
 #pragma once
 

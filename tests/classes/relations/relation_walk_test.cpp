@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Distribution in a real register of 655 documents and 22 manuals: a seeded random walk through
 // contents, copies, owners and approvers, by users of different rights, beside a plain model that
 // knows only the rules. KVVESK_WALK_SEED walks another way.

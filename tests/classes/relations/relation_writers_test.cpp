@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Processes that release, collect and put documents into manuals at once.
 #include <gtest/gtest.h>
 

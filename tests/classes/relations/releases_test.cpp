@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What has been released: lists of copies, and single values of them.
 #include <gtest/gtest.h>
 

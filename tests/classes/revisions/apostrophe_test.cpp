@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Identifiers with an apostrophe: operations that join what they have read from the register give
 // it back to the register as it is. A client gives identifiers as they stand in statements, with
 // the apostrophe doubled.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A session with a document on its way through approval: Anna (User1, administrator), Bert, Cleo
 // and Dora, the document D1 with its list of approvers, and what was sent to whom.
 #pragma once

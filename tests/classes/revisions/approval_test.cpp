@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Who may decide about a revision, and what a decision writes.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Approvals when something is not as it should be: people and revisions that are gone, turns that
 // are nobody's, and somebody else who decides in between.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a register must hold after each thing that happens to its revisions: the rules on plain
 // structs, without record sets, transactions or SQL, to compare the library with.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A sequence of things to do with revisions that two programs work out alike from a seed: one does
 // them, the other knows what must have become of it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a LifeModel begins with, read from a register, and what of a register it is compared with.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Long random lives of revisions, compared step by step with a model that knows only the rules.
 #include <gtest/gtest.h>
 

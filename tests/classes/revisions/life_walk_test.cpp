@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The life of revisions in a real register of 655 documents: a seeded random walk through adding,
 // routing, deciding, putting in force and the actions that are sent, by users of different rights,
 // beside a plain model that knows only the rules. KVVESK_WALK_SEED walks another way.

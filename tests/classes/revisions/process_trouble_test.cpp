@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Revisions in the hands of several processes at once, and of processes that are killed.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A real register of 1613 revisions: each loaded, and compared with what the CSV files say of it.
 #include <gtest/gtest.h>
 

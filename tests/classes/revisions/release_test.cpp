@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A revision put in force: what it runs, changes and tells, and what a failure leaves.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of clsVeskRevision: what they run, give back, store and raise.
 #include "classes/revisions/revision.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A client of its own for tests with several processes. It is told revisions on its input, one on
 // each line, and answers each with a line; or goes through a plan and writes a line after each
 // call, until somebody kills it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The way of a revision to its approvers: what it runs, writes and tells.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The status of a revision as lists show it.
 #include <gtest/gtest.h>
 

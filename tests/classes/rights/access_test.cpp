@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is granted and switched on: the tests and setters of the root object.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The numbers, names and texts of rights and options, against tables written out here.
 #include "classes/rights/rights.h"
 

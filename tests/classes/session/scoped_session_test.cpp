@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Sessions that end with their scope.
 #include "classes/session/session.h"
 

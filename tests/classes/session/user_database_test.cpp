@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Users and actions in a database of their own.
 #include <sys/stat.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Passwords as they go through the records of users: in clear text until their users log in, as
 // hashes from then on.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Passwords and their hashes are in no error, no log, no trace and no output: everything that goes
 // out while they are used is gathered and searched.
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Workgroups, labels of user fields, keywords, and the action queries that a user may run.
 #include <gtest/gtest.h>
 

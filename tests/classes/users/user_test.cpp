@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The record operations of clsVeskUser: what they run, give back, store, raise and leave behind.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk release, collect and personal: giving copies to users and taking them back.
 
 #include <nlohmann/json.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk holdings, releases and stale: who has which copies, and which of them are out of date.
 
 #include <nlohmann/json.hpp>

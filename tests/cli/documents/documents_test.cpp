@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk documents and document: listing, showing, adding, changing, deleting.
 
 #include <chrono>

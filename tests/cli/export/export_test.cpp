@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk export: a register as files, and the same register again out of them.
 
 #include <algorithm>

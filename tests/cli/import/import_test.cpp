@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Importing: what is refused, and that it then leaves the register as it was.
 
 #include <gmock/gmock.h>

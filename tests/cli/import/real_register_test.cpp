@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A real register of 655 documents: imported, and asked questions whose answers are worked out from
 // the CSV files by plain loops. Then compared, value by value, with the Access file that holds the
 // same register.

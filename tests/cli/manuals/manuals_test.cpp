@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk manuals and manual: listing, showing, adding, changing, deleting; the documents in a
 // manual and who has it.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk owners and approvers: the two lists of users that a document has.
 
 #include "classes/rights/rights.h"

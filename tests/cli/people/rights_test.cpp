@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk rights: what users and owners may do, and the options.
 
 #include <map>

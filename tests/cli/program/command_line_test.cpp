@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What is written from the command line itself: completion for the shell and the manual page.
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Several connections of one process to a register, beside programs that open and close it: none of
 // them may take away what keeps the others' changes safe.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The program from the shell: what it prints, where, and how it ends.
 
 #include <gmock/gmock.h>

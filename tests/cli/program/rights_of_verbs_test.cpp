@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // docs/rights-of-verbs.md says which right each verb asks for. Every row of its table is carried
 // out as it stands there.
 

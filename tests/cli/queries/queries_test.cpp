@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk queries: saved document queries and the lists they give.
 
 #include <nlohmann/json.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk copy: a register in another place, the same to the last value.
 
 #include "cli/verb_register.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Registers that share users and actions, from the shell.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk keywords, labels and workgroups: what a register calls things, and the groups of its
 // users.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk revision route, approve, reject, set-current and status: a revision's way from its
 // preparation into force, and what each person is told on the way.
 

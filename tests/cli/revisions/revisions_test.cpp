@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // kvvesk revisions and revision.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What an export does not carry, found by importing it and comparing the registers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A CSV file with a heading, written record by record, in the form that CsvTable reads.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writing a register as a folder of CSV files that can be imported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Writes a register as the folder of CSV files that the import reads. The format is described in
 // docs/import-format.md.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 #include "desk/register/import/csv_table.h"
 
 #include <csv.h>

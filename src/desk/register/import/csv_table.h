@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A CSV file with a heading, read whole.
 #pragma once
 

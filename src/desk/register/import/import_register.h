@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Filling a register from a folder of CSV files.
 #pragma once
 

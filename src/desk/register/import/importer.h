@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Fills a register from a folder of CSV files. The format is described in docs/import-format.md.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One INSERT of the dialect, built value by value.
 #pragma once
 

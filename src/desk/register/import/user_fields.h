@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Gives the fields of a register that are still as new the meaning they have for imported data:
 // labels, and for two user fields a number and a date in place of text.
 #pragma once
