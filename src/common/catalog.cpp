@@ -32,6 +32,11 @@ const ColumnInfo* TableInfo::counterColumn() const noexcept {
   return nullptr;
 }
 
+bool sameTable(const TableInfo& a, const TableInfo& b) {
+  return a.name == b.name && a.columns == b.columns && a.key == b.key &&
+         a.hiddenKey == b.hiddenKey && a.columnsSoFar == b.columnsSoFar;
+}
+
 Catalog::Catalog(std::vector<TableInfo> tables) : tables_(std::move(tables)) {
   for (std::size_t i = 0; i < tables_.size(); ++i) byName_.emplace(foldKey(tables_[i].name), i);
 }

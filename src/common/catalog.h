@@ -42,6 +42,8 @@ struct ColumnInfo {
   std::string stands = {};
   // Literal text of the value a new row gets when none is given; empty for Null.
   std::string initial = {};
+
+  friend bool operator==(const ColumnInfo&, const ColumnInfo&) = default;
 };
 
 struct IndexInfo {
@@ -61,11 +63,21 @@ struct TableInfo {
   std::string key;
   bool hiddenKey = false;
   std::vector<IndexInfo> indexes = {};
+  // How many columns the table has had so far, where its engine counts those that were dropped as
+  // well; 0 where it does not.
+  int columnsSoFar = 0;
 
   // By name without regard to case; nothing when there is none.
   [[nodiscard]] std::optional<std::size_t> find(std::string_view column) const;
   [[nodiscard]] const ColumnInfo* counterColumn() const noexcept;
 };
+
+// Whether two descriptions of a table say the same; a description that an engine gives lists no
+// indexes, so they do not count.
+[[nodiscard]] bool sameTable(const TableInfo& a, const TableInfo& b);
+
+// What a text that finds a table with other columns than it was written for makes the engine say.
+inline constexpr std::string_view kColumnsMark = "kv_columns_";
 
 // An immutable list of tables. Handed out as shared_ptr<const Catalog>; TableInfo pointers live as
 // long as it.

@@ -9,15 +9,23 @@
 
 namespace kv {
 
+namespace {
+
+Catalog catalogOf(engine::Engine& engine) { return Catalog(withSecondNames(engine.catalog())); }
+
+}  // namespace
+
 Ref<kvConnection> kvConnection::open(const std::string& ConnectionString) {
   auto engine = engine::open(parseConnectionString(ConnectionString));
-  auto catalog = std::make_shared<const Catalog>(withSecondNames(engine->catalog()));
+  auto catalog = std::make_shared<const Catalog>(catalogOf(*engine));
   return makeRef<kvConnection>(ConnectionString,
                                std::make_shared<Database>(std::move(engine), std::move(catalog)));
 }
 
 kvConnection::kvConnection(std::string connectionString, std::shared_ptr<Database> database)
-    : connectionString_(std::move(connectionString)), database_(std::move(database)) {}
+    : connectionString_(std::move(connectionString)), database_(std::move(database)) {
+  database_->readCatalogBy(catalogOf);
+}
 kvConnection::~kvConnection() = default;
 
 bool kvConnection::isOpen() const noexcept { return database_->isOpen(); }
@@ -45,19 +53,22 @@ void kvConnection::observe(std::string_view text) {
 Ref<Recordset> kvConnection::OpenRecordset(const std::string& SQL, std::int32_t CursorType,
                                            std::int32_t LockType, std::int32_t) {
   observe(SQL);
-  PreparedStatement statement = database_->prepare(SQL);
-  if (statement.isSelect())
-    return Recordset::open(database_, std::move(statement), CursorType, LockType);
-  database_->execute(statement);
-  auto closed = Recordset::create();
-  closed->CursorType(CursorType);
-  closed->LockType(LockType);
-  return closed;
+  return database_->withPresentTables([&] {
+    PreparedStatement statement = database_->prepare(SQL);
+    if (statement.isSelect())
+      return Recordset::open(database_, std::move(statement), CursorType, LockType);
+    database_->execute(statement);
+    auto closed = Recordset::create();
+    closed->CursorType(CursorType);
+    closed->LockType(LockType);
+    return closed;
+  });
 }
 
 void kvConnection::Execute(const std::string& SQL, std::int32_t& RecordsAffected, std::int32_t) {
   observe(SQL);
-  RecordsAffected = static_cast<std::int32_t>(database_->execute(SQL));
+  RecordsAffected = static_cast<std::int32_t>(
+      database_->withPresentTables([&] { return database_->execute(SQL); }));
 }
 
 void kvConnection::Close() {

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "common/catalog.h"
+#include "common/error.h"
 #include "common/sql_value.h"
 #include "engine/row_block.h"
 
@@ -24,6 +25,18 @@ namespace kv::engine {
 
 // Stands for the missing row of an outer join in a list of keys.
 inline constexpr std::int64_t kNoKey = std::numeric_limits<std::int64_t>::min();
+
+// Said at once where waiting for a lock could not help.
+inline constexpr std::string_view kLockedByItself =
+    "The register is locked by another session of the same thread, which cannot go on before this "
+    "call has ended.";
+
+// A statement was not run, because the tables are no longer what catalog() said of them.
+class TablesChanged final : public Error {
+ public:
+  TablesChanged(std::int32_t number, std::string description)
+      : Error(number, "kvData", std::move(description), {}, Cause::TablesChanged) {}
+};
 
 // Keys of rows, `perRow` numbers each.
 struct KeyList {
@@ -83,6 +96,16 @@ class Engine {
 
   // The tables as they are now.
   [[nodiscard]] virtual std::vector<TableInfo> catalog() = 0;
+
+  // While it is on, a statement that meets tables which another connection has changed raises
+  // TablesChanged, and has done nothing, as far as the engine is told of it without asking.
+  virtual void watchTables(bool on) noexcept = 0;
+  // Whether a statement may raise that now: not where a failure would end a transaction.
+  [[nodiscard]] virtual bool watchesTables() const noexcept = 0;
+  // Whether a change has been met since catalog() was last called, while nobody watched.
+  [[nodiscard]] virtual bool metChangedTables() const noexcept = 0;
+  // False where the engine can say that the tables are what catalog() last said.
+  [[nodiscard]] virtual bool tablesMayDiffer() = 0;
 
   // One transaction at a time; Write takes the write lock at once, waiting for it up to the
   // time-out.

@@ -26,6 +26,57 @@ void Database::renew(std::shared_ptr<const Catalog> catalog) {
   wrote();
 }
 
+// ---- tables that others have changed ----
+
+Database::TablesWatch::TablesWatch(Database& database)
+    : database_(database), partner_(database.partner()) {
+  for (Database* each : {&database_, partner_.get()}) {
+    if (each == nullptr || !each->engine_) continue;
+    if (each->engine_->metChangedTables()) (void)each->rereadTables(true);
+    each->watchTables(true);
+  }
+}
+
+Database::TablesWatch::~TablesWatch() {
+  database_.watchTables(false);
+  if (partner_) partner_->watchTables(false);
+}
+
+void Database::watchTables(bool on) noexcept {
+  if (engine_ && reader_) engine_->watchTables(on);
+}
+
+bool Database::takeOnPresentTables(const Error& error) {
+  const bool told = dynamic_cast<const engine::TablesChanged*>(&error) != nullptr;
+  if (!told && error.number() != kUnknownTable && error.number() != kUnknownName) return false;
+  bool changed = rereadTables(told);
+  if (const auto beside = partner(); beside && beside->rereadTables(told)) changed = true;
+  return changed;
+}
+
+bool Database::rereadTables(bool told) {
+  if (!engine_ || !reader_) return false;
+  const bool watching = engine_->watchesTables();
+  watchTables(false);
+  bool changed = told;
+  try {
+    if (told || engine_->tablesMayDiffer()) {
+      auto present = std::make_shared<const Catalog>(reader_(*engine_));
+      const auto& before = catalog_->tables();
+      const auto& now = present->tables();
+      changed =
+          told || !std::equal(before.begin(), before.end(), now.begin(), now.end(), sameTable);
+      if (changed) renew(std::move(present));
+    }
+  } catch (const Error&) {  // the failure that led here is the one to tell
+    changed = false;
+  }
+  watchTables(watching);
+  return changed;
+}
+
+// ---- statements ----
+
 void Database::forgetStatements(StatementShape& shape) noexcept {
   shape.whole.reset();
   shape.keys.reset();
@@ -91,13 +142,19 @@ PreparedStatement Database::prepare(std::string_view text) {
 std::shared_ptr<StatementShape> Database::makeShape(std::string_view text,
                                                     const jet::Lexed& lexed) {
   auto shape = std::make_shared<StatementShape>();
-  shape->catalog = catalog_;
   auto statement = jet::parse(text, lexed);
   if (runsElsewhere(statement)) {
     shape->elsewhere = true;
     return shape;
   }
-  shape->bound = jet::bind(std::move(statement), text, lexed.literals, *catalog_);
+  shape->catalog = catalog_;
+  try {
+    shape->bound = jet::bind(std::move(statement), text, lexed.literals, *catalog_);
+  } catch (const Error&) {
+    if (!rereadTables(false)) throw;
+    shape->catalog = catalog_;
+    shape->bound = jet::bind(jet::parse(text, lexed), text, lexed.literals, *catalog_);
+  }
   shape->emitted = jet::emit(shape->bound, lexed.literals, lexed.lifted, dialect());
   if (shape->bound.select)
     for (const auto& output : shape->bound.select->outputs) shape->types.push_back(output.type);
@@ -111,7 +168,9 @@ engine::Statement& Database::ready(const PreparedStatement& statement,
   if (!slot) slot = open.prepare(text.text);
   int number = text.firstParam;
   for (const auto& use : text.params)
-    slot->bind(number++, jet::boundValue(use, statement.literals, statement.text));
+    slot->bind(number++, use.form == jet::ParamUse::Form::Watch
+                             ? SqlValue(std::int64_t{open.watchesTables() ? 1 : 0})
+                             : jet::boundValue(use, statement.literals, statement.text));
   return *slot;
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "engine/engine.h"
@@ -70,6 +71,9 @@ struct PreparedStatement {
 
 class Database {
  public:
+  // Reads the catalog of an engine's database anew, second names included.
+  using CatalogReader = std::function<Catalog(engine::Engine&)>;
+
   // `catalog` describes the tables of `engine`'s database, second names of columns included.
   Database(std::unique_ptr<engine::Engine> engine, std::shared_ptr<const Catalog> catalog);
   ~Database();
@@ -111,6 +115,22 @@ class Database {
   // The next number of a table's counter, for the caller alone.
   [[nodiscard]] std::int64_t nextNumber(const TableInfo& table);
 
+  // Runs something that prepares a statement of the dialect and starts it. When that fails because
+  // another connection has made, changed or dropped tables, the catalog is read anew, and it runs
+  // once more. It must have done nothing before it fails.
+  template <class Run>
+  auto withPresentTables(Run run) {
+    const TablesWatch watch(*this);
+    try {
+      return run();
+    } catch (const Error& error) {
+      if (!takeOnPresentTables(error)) throw;
+    }
+    return run();
+  }
+  // By which that is read; without it the catalog stays as it is.
+  void readCatalogBy(CatalogReader reader) { reader_ = std::move(reader); }
+
   // Takes on another catalog after the tables have changed; every statement is bound anew.
   void renew(std::shared_ptr<const Catalog> catalog);
   // Ends the connection. Record sets may live on; what needs the database then raises 3709.
@@ -147,12 +167,37 @@ class Database {
     std::unique_ptr<engine::Statement> statement;
   };
 
+  // While there is one, statements say that tables have changed instead of running. What was met
+  // before is taken on first.
+  class TablesWatch {
+   public:
+    explicit TablesWatch(Database& database);
+    ~TablesWatch();
+    TablesWatch(const TablesWatch&) = delete;
+    TablesWatch& operator=(const TablesWatch&) = delete;
+    TablesWatch(TablesWatch&&) = delete;
+    TablesWatch& operator=(TablesWatch&&) = delete;
+
+   private:
+    Database& database_;
+    std::shared_ptr<Database> partner_;
+  };
+  void watchTables(bool on) noexcept;
+  // Whether the failure may be one of a catalog that was not true any more, and is now.
+  bool takeOnPresentTables(const Error& error);
+  // False when the catalog is what the tables are. `told`: it is known that they have changed.
+  bool rereadTables(bool told);
+  [[nodiscard]] std::shared_ptr<Database> partner() const noexcept {
+    return other_ ? other_ : main_.lock();
+  }
+
   static void forgetStatements(StatementShape& shape) noexcept;
   void forgetStatements() noexcept;
   std::shared_ptr<StatementShape> makeShape(std::string_view text, const jet::Lexed& lexed);
 
   std::unique_ptr<engine::Engine> engine_;
   std::shared_ptr<const Catalog> catalog_;
+  CatalogReader reader_;
   const jet::Dialect* dialect_;
   std::uint64_t stamp_ = 1;
   jet::Lexed lexed_;  // reused from call to call

@@ -71,6 +71,8 @@ Ref<kvConnection> createWithTables(
     database->engine().markAsRegister();
     fill(database);
     transaction.commit();
+    // As any connection knows it: what the engine adds to it tells of changes.
+    database->renew(std::make_shared<const Catalog>(withSecondNames(database->engine().catalog())));
     return makeRef<kvConnection>(ConnectionString, std::move(database));
   } catch (...) {
     engine::discard(options);

@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
 #include <thread>
 
 #include "support/error_check.h"
 #include "support/test_register.h"
+#include "support/test_server.h"
 
 namespace kv {
 namespace {
@@ -90,8 +93,10 @@ TEST_F(ConnectionTest, ClosingUndoesAnOpenTransaction) {
 TEST_F(ConnectionTest, AWriterWaitsForAnotherAndThenSaysSo) {
   const auto other = reg_.openAnother("Lock Timeout=0.05;");
   reg_.execute("Insert Into Keywords Values ('a', '0')");
-  reg_.connection()->BeginTrans();
-  reg_.execute("Update Keywords Set Keyword = '1'");
+  std::thread([&] {
+    reg_.connection()->BeginTrans();
+    reg_.execute("Update Keywords Set Keyword = '1'");
+  }).join();
   std::int32_t affected = 0;
   const auto error = test::errorOf([&] { other->Execute("Delete * From Keywords", affected); });
   ASSERT_TRUE(error);
@@ -101,6 +106,38 @@ TEST_F(ConnectionTest, AWriterWaitsForAnotherAndThenSaysSo) {
   reg_.connection()->CommitTrans();
   other->Execute("Delete * From Keywords", affected);
   EXPECT_EQ(affected, 1);
+}
+
+TEST_F(ConnectionTest, AWriterDoesNotWaitForAnotherOfItsOwnThread) {
+  const auto other = reg_.openAnother();
+  for (const char* word : {"0", "1"})
+    reg_.execute(std::string("Insert Into Keywords Values ('a', '") + word + "')");
+  const auto set = other->OpenRecordset("Select * From Keywords");
+  std::int32_t affected = 0;
+  reg_.connection()->BeginTrans();
+  reg_.execute("Update Keywords Set Keyword = '2' Where Keyword = '0'");
+  const auto start = std::chrono::steady_clock::now();
+  const auto expectRefusal = [&](const std::function<void()>& write) {
+    const auto error = test::errorOf(write);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->number(), kEngineFailure);
+    EXPECT_THAT(
+        error->description(),
+        testing::StartsWith("The register is locked by another session of the same thread"));
+  };
+  expectRefusal([&] { other->Execute("Delete * From Keywords", affected); });
+  set->Fields("Keyword")->Value("3");
+  expectRefusal([&] { set->Update(); });
+  set->CancelUpdate();
+  expectRefusal([&] {
+    other->BeginTrans();
+    other->Execute("Delete * From Keywords", affected);
+  });
+  if (test::onServer()) other->RollbackTrans();  // a transaction begins there without a lock
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  reg_.connection()->CommitTrans();
+  other->Execute("Delete * From Keywords", affected);
+  EXPECT_EQ(affected, 2);
 }
 
 constexpr const char* kSlow =

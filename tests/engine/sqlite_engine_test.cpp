@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
+#include <string>
 #include <thread>
 
 #include "recordset/database.h"
@@ -89,7 +92,7 @@ TEST_F(SqliteEngine, AnUndoneTransactionGivesItsCountersBack) {
 TEST_F(SqliteEngine, WaitsForAnotherWriterUntilTheTimeOut) {
   const auto one = open();
   const auto two = open({.lockTimeout = kSoon});
-  one->begin(Access::Write);
+  std::thread([&] { one->begin(Access::Write); }).join();
   const auto start = std::chrono::steady_clock::now();
   const auto error = test::errorOf([&] { two->begin(Access::Write); });
   ASSERT_TRUE(error);
@@ -101,6 +104,32 @@ TEST_F(SqliteEngine, WaitsForAnotherWriterUntilTheTimeOut) {
   one->commit();
   EXPECT_NO_THROW(two->begin(Access::Write));
   two->rollback();
+}
+
+TEST_F(SqliteEngine, DoesNotWaitForAWriterOfItsOwnThread) {
+  const auto one = open();
+  const auto two = open();
+  one->begin(Access::Write);
+  const auto start = std::chrono::steady_clock::now();
+  const auto expectRefusal = [&](const std::function<void()>& write) {
+    const auto error = test::errorOf(write);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->number(), kEngineFailure);
+    EXPECT_THAT(error->description(), StartsWith(std::string(kLockedByItself)));
+  };
+  expectRefusal([&] { two->begin(Access::Write); });
+  expectRefusal([&] { run(*two, "INSERT INTO Documents (DocumentTitle) VALUES ('x')"); });
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+  one->rollback();
+  EXPECT_NO_THROW(two->begin(Access::Write));
+  two->commit();
+  // Another file's lock is nobody's hindrance.
+  const test::TestRegister other;
+  const auto three = engine::open({.location = other.path()});
+  one->begin(Access::Write);
+  EXPECT_NO_THROW(three->begin(Access::Write));
+  three->rollback();
+  one->rollback();
 }
 
 TEST_F(SqliteEngine, AFullDiskLosesNothing) {

@@ -48,6 +48,7 @@ std::string describeParam(const ParamUse& use) {
     case ParamUse::Form::OrderBase: out += " as order base"; break;
     case ParamUse::Form::Pattern: out += " as expression"; break;
     case ParamUse::Form::Assign: out += " for " + use.column->name; break;
+    case ParamUse::Form::Watch: return "whether tables are watched";
   }
   return out;
 }

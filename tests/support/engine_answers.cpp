@@ -43,6 +43,7 @@ std::vector<std::string> numbersWithoutEnd() {
 }
 
 bool countersGoBack() { return !onServer(); }
+bool oneWriterAtATime() { return !onServer(); }
 
 std::string planOf(const TestRegister& reg, const std::string& sql) {
   const auto& database = reg.connection()->database();

@@ -16,6 +16,8 @@ namespace kv::test {
 
 // Numbers that no register should hold and that the engine can, as its own statements write them.
 [[nodiscard]] std::vector<std::string> numbersWithoutEnd();
+// One session at a time may write, whatever it writes.
+[[nodiscard]] bool oneWriterAtATime();
 
 // How the engine would run a statement of the dialect, in its own words.
 [[nodiscard]] std::string planOf(const TestRegister& reg, const std::string& sql);

@@ -71,6 +71,10 @@ class FaultyEngine final : public engine::Engine {
   }
   void execute(const std::string& sql) override { inner_->execute(sql); }
   std::vector<TableInfo> catalog() override { return inner_->catalog(); }
+  void watchTables(bool on) noexcept override { inner_->watchTables(on); }
+  bool watchesTables() const noexcept override { return inner_->watchesTables(); }
+  bool metChangedTables() const noexcept override { return inner_->metChangedTables(); }
+  bool tablesMayDiffer() override { return inner_->tablesMayDiffer(); }
   void begin(engine::Access a) override { inner_->begin(a); }
   void commit() override {
     if (faults_->failCommitAfter >= 0 && faults_->failCommitAfter-- == 0)

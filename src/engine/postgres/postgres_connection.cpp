@@ -2,10 +2,13 @@
 #include "engine/postgres/postgres_connection.h"
 
 #include <fmt/format.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <mutex>
+#include <thread>
 
 #include "common/error.h"
 #include "engine/postgres/postgres_error.h"
@@ -35,6 +38,40 @@ void take(const PostgresConnection::RowCall& row, const PGresult* result,
   }
 }
 
+// Connections with a transaction under way, and the thread that will end it.
+struct OpenTransactions {
+  struct One {
+    PostgresConnection* connection;
+    std::thread::id thread;
+  };
+  std::mutex mutex;
+  std::vector<One> list;
+
+  // Never destroyed: connections may go after everything else.
+  static OpenTransactions& all() {
+    static auto& instance = *new OpenTransactions;
+    return instance;
+  }
+  void add(PostgresConnection* connection) {
+    remove(connection);
+    const std::lock_guard lock(mutex);
+    list.push_back({connection, std::this_thread::get_id()});
+  }
+  void remove(PostgresConnection* connection) noexcept {
+    const std::lock_guard lock(mutex);
+    std::erase_if(list, [&](const One& one) { return one.connection == connection; });
+  }
+  // Those of this thread beside one connection's.
+  std::vector<PostgresConnection*> beside(const PostgresConnection* connection) {
+    const std::lock_guard lock(mutex);
+    std::vector<PostgresConnection*> out;
+    for (const One& one : list)
+      if (one.connection != connection && one.thread == std::this_thread::get_id())
+        out.push_back(one.connection);
+    return out;
+  }
+};
+
 std::string savepointText(int mark) { return fmt::format("SAVEPOINT kv_{}", mark); }
 
 }  // namespace
@@ -51,7 +88,7 @@ PostgresConnection::PostgresConnection(OpenOptions options) : options_(std::move
   open();
 }
 
-PostgresConnection::~PostgresConnection() = default;
+PostgresConnection::~PostgresConnection() { OpenTransactions::all().remove(this); }
 
 void PostgresConnection::open() {
   // What stands before the location can be said otherwise in it, what stands behind cannot.
@@ -120,7 +157,37 @@ void PostgresConnection::failed(const PGresult* result, bool writes) {
       broken_ = isFailure(back.get());
     }
   }
+  if (std::exchange(heldUpByItself_, false))
+    throw Error(kEngineFailure, "kvData", std::string(kLockedByItself));
   raisePostgres(result);
+}
+
+bool PostgresConnection::holdsUp(int backend) noexcept {
+  if (!connection_ || PQtransactionStatus(connection_.get()) != PQTRANS_INTRANS) return false;
+  const std::string ask = fmt::format("SELECT {} = ANY (pg_blocking_pids({}))",
+                                      PQbackendPID(connection_.get()), backend);
+  const Result answer(PQexec(connection_.get(), ask.c_str()));
+  ++roundTrips_;
+  return PQresultStatus(answer.get()) == PGRES_TUPLES_OK &&
+         PQgetvalue(answer.get(), 0, 0)[0] == 't';
+}
+
+Result PostgresConnection::nextAnswer() {
+  constexpr int kPatience = 50;  // milliseconds; most locks are held for a moment
+  while (!heldUpByItself_ && PQisBusy(connection_.get()) != 0) {
+    const auto others = OpenTransactions::all().beside(this);
+    if (others.empty()) break;
+    pollfd answer{.fd = PQsocket(connection_.get()), .events = POLLIN, .revents = 0};
+    if (poll(&answer, 1, kPatience) != 0) {
+      if (PQconsumeInput(connection_.get()) != 1) break;
+      continue;
+    }
+    const int backend = PQbackendPID(connection_.get());
+    heldUpByItself_ = std::any_of(others.begin(), others.end(),
+                                  [&](auto* other) { return other->holdsUp(backend); });
+    if (heldUpByItself_) interrupt();
+  }
+  return Result(PQgetResult(connection_.get()));
 }
 
 void PostgresConnection::guard() {
@@ -153,7 +220,7 @@ Result PostgresConnection::batch(std::size_t commands, bool writes, const RowCal
       begun = true;
       (void)PQsetSingleRowMode(connection_.get());
     }
-    Result next(PQgetResult(connection_.get()));
+    Result next = nextAnswer();
     if (!next)
       ++done;
     else if (isFailure(next.get()))
@@ -183,7 +250,9 @@ Result PostgresConnection::run(const std::string& sql, const std::string& name,
                                const PostgresParams& params, bool writes) {
   requireOpen();
   guard();
-  if (due_.empty()) {
+  heldUpByItself_ = false;
+  // Those who may have to be stopped are not waited for blindly.
+  if (due_.empty() && OpenTransactions::all().beside(this).empty()) {
     const auto values = params.pointers();
     const int count = static_cast<int>(values.size());
     ++roundTrips_;
@@ -205,6 +274,7 @@ void PostgresConnection::stream(const std::string& sql, const std::string& name,
                                 const PostgresParams& params, const RowCall& row) {
   requireOpen();
   guard();
+  heldUpByItself_ = false;
   if (!due_.empty()) {
     const auto due = std::exchange(due_, {});
     (void)PQenterPipelineMode(connection_.get());
@@ -218,7 +288,7 @@ void PostgresConnection::stream(const std::string& sql, const std::string& name,
   (void)PQsetSingleRowMode(connection_.get());
   Result failure;
   std::exception_ptr unreadable;
-  while (Result next = Result(PQgetResult(connection_.get()))) {
+  while (Result next = nextAnswer()) {
     if (isFailure(next.get()))
       failure = std::move(next);
     else
@@ -250,9 +320,11 @@ void PostgresConnection::begin(Access access) {
                                             : "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
   open_ = true;
   broken_ = guarded_ = false;
+  OpenTransactions::all().add(this);
 }
 
 void PostgresConnection::commit() {
+  OpenTransactions::all().remove(this);
   if (!due_.empty() && due_.front().starts_with("BEGIN")) {  // nothing was sent: nothing to keep
     due_.clear();
     open_ = false;
@@ -262,6 +334,7 @@ void PostgresConnection::commit() {
     rollback();
     raise(Cause::TransactionEnded);
   }
+  heldUpByItself_ = false;
   due_.emplace_back("COMMIT");
   const auto due = std::exchange(due_, {});
   (void)PQenterPipelineMode(connection_.get());
@@ -271,6 +344,7 @@ void PostgresConnection::commit() {
 }
 
 void PostgresConnection::rollback() noexcept {
+  OpenTransactions::all().remove(this);
   const bool sent = open_ && (due_.empty() || !due_.front().starts_with("BEGIN"));
   due_.clear();
   open_ = broken_ = guarded_ = false;

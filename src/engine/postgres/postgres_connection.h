@@ -68,6 +68,10 @@ class PostgresConnection {
   void savepoint(int mark);
   void release(int mark);
   void rollbackTo(int mark);
+  // Whether a statement that fails leaves everything else as it is.
+  [[nodiscard]] bool survivesFailure() const noexcept { return !open_ || guard_; }
+  // Whether the server answers: not in a transaction in which a statement has failed.
+  [[nodiscard]] bool canAsk() const noexcept { return !broken_; }
   // While it is on, a statement that fails in a transaction leaves the transaction as it was before
   // that statement.
   void guardStatements(bool on) noexcept { guard_ = on; }
@@ -86,6 +90,12 @@ class PostgresConnection {
   struct FreeCancel {
     void operator()(PGcancel* cancel) const noexcept { PQfreeCancel(cancel); }
   };
+
+  // The next answer to what was sent. Nobody waits for a lock that another connection of the same
+  // thread holds: it could not give it up before the wait is over.
+  Result nextAnswer();
+  // Whether a connection to the server waits for what the transaction here has locked.
+  [[nodiscard]] bool holdsUp(int backend) noexcept;
 
   void open();
   // Opens it again when it was lost with no transaction under way.
@@ -110,7 +120,8 @@ class PostgresConnection {
   bool open_ = false;             // a transaction has begun, sent or due
   bool broken_ = false;  // a statement in it has failed: it must be undone, in part or whole
   bool guard_ = false;
-  bool guarded_ = false;  // the guard's savepoint stands
+  bool guarded_ = false;         // the guard's savepoint stands
+  bool heldUpByItself_ = false;  // by another connection of the thread; the statement was stopped
   bool readOnly_ = false;
   std::chrono::milliseconds limit_{0};
 };

@@ -26,7 +26,8 @@ SELECT c.relname, a.attname, format_type(a.atttypid, NULL),
        pg_get_expr(d.adbin, d.adrelid), CASE WHEN a.attidentity <> '' THEN -1 ELSE 0 END,
        coalesce((SELECT min(k.conname || ' ' || pg_get_constraintdef(k.oid)) FROM pg_constraint k
                  WHERE k.conrelid = c.oid AND k.contype = 'c'
-                   AND k.conname IN ('kv_bool_' || a.attname, 'kv_size_' || a.attname)), '')
+                   AND k.conname IN ('kv_bool_' || a.attname, 'kv_size_' || a.attname)), ''),
+       c.relnatts
 FROM pg_class c
 JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 AND NOT a.attisdropped
 LEFT JOIN pg_attrdef d ON d.adrelid = c.oid AND d.adnum = a.attnum
@@ -93,8 +94,9 @@ class PostgresEngine final : public Engine {
 
   std::vector<TableInfo> catalog() override {
     PostgresStatement ask(connection_, kColumns);
-    const std::array<ColumnType, 6> types = {ColumnType::Text, ColumnType::Text,  ColumnType::Text,
-                                             ColumnType::Text, ColumnType::Int16, ColumnType::Text};
+    const std::array<ColumnType, 7> types = {ColumnType::Text, ColumnType::Text,  ColumnType::Text,
+                                             ColumnType::Text, ColumnType::Int16, ColumnType::Text,
+                                             ColumnType::Int16};
     RowBlock rows;
     rows.reset(types.size());
     std::vector<std::int64_t> noKeys;
@@ -105,6 +107,7 @@ class PostgresEngine final : public Engine {
       if (out.empty() || out.back().name != text(0))
         out.push_back({.name = std::string(text(0)), .columns = {}, .key = {}});
       TableInfo& table = out.back();
+      table.columnsSoFar = static_cast<int>(rows.cell(r, 6).whole);
       const std::string name(text(1));
       const bool key = rows.cell(r, 4).whole != 0;
       if (key) {
@@ -120,6 +123,14 @@ class PostgresEngine final : public Engine {
     }
     return out;
   }
+
+  // The server says nothing by itself: what it refuses tells, and what a statement asks along.
+  void watchTables(bool on) noexcept override { watching_ = on; }
+  bool watchesTables() const noexcept override {
+    return watching_ && connection_->survivesFailure();
+  }
+  bool metChangedTables() const noexcept override { return false; }
+  bool tablesMayDiffer() override { return connection_->canAsk(); }
 
   void begin(Access access) override { connection_->begin(access); }
   void commit() override { connection_->commit(); }
@@ -198,6 +209,7 @@ class PostgresEngine final : public Engine {
 
   std::shared_ptr<PostgresConnection> connection_;
   std::map<std::string, std::unique_ptr<PostgresStatement>> counters_;
+  bool watching_ = false;
 };
 
 }  // namespace

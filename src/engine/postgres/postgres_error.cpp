@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "common/error.h"
 #include "common/text.h"
+#include "engine/engine.h"
 
 namespace kv::engine {
 
@@ -25,6 +27,9 @@ constexpr std::string_view kMismatchText = "Data type mismatch in criteria expre
 // The first that fits counts, so whole codes stand before their classes.
 constexpr auto kStates = std::to_array<State>({
     {"22001", kEngineFailure, Cause::TooLong},
+    // Our texts are right for the tables that they were written for: a server that does not take
+    // one has others.
+    {"0A000", kEngineFailure, Cause::TablesChanged},
     {"22003", kValueOverflow, Cause::None, "Overflow."},
     {"22P02", kMismatch, Cause::None, kMismatchText},
     {"22007", kMismatch, Cause::None, kMismatchText},
@@ -37,6 +42,9 @@ constexpr auto kStates = std::to_array<State>({
     {"3D", kEngineFailure, Cause::NoSuchPlace, "There is no such database on the server."},
     {"40", kEngineFailure, Cause::Locked},
     {"42501", kEngineFailure, Cause::Denied, "The server does not allow this user to do that."},
+    {"42P01", kUnknownTable, Cause::TablesChanged},
+    {"42703", kUnknownName, Cause::TablesChanged},
+    {"42", kEngineFailure, Cause::TablesChanged},
     {"53100", kEngineFailure, Cause::Full},
     {"53200", kEngineFailure, Cause::NoMemory},
     {"53300", kEngineFailure, Cause::NoConnectionLeft},
@@ -82,11 +90,15 @@ void raisePostgres(const PGresult* result) {
   const auto* known = std::find_if(kStates.begin(), kStates.end(),
                                    [&](const State& s) { return code.starts_with(s.code); });
   if (field(result, PG_DIAG_CONSTRAINT_NAME).starts_with("kv_size_")) known = kStates.data();
-  const std::string_view text = known->text.empty() ? sentenceOf(known->cause) : known->text;
-  throw Error(
-      known->number, "kvData",
-      fmt::format("{} {} ({})", text, oneLine(field(result, PG_DIAG_MESSAGE_PRIMARY)), code), {},
-      known->cause);
+  const std::string message = oneLine(field(result, PG_DIAG_MESSAGE_PRIMARY));
+  // The statement has asked whether there are new columns, and failed because there are.
+  const bool asked = message.find(kColumnsMark) != std::string::npos;
+  const Cause cause = asked ? Cause::TablesChanged : known->cause;
+  const std::string_view text = asked || known->text.empty() ? sentenceOf(cause) : known->text;
+  std::string description = fmt::format("{} {} ({})", text, message, code);
+  if (cause == Cause::TablesChanged)
+    throw TablesChanged(asked ? kEngineFailure : known->number, std::move(description));
+  throw Error(known->number, "kvData", std::move(description), {}, cause);
 }
 
 }  // namespace kv::engine

@@ -4,15 +4,18 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <map>
+#include <thread>
 #include <utility>
 
 #include "common/error.h"
 #include "common/text.h"
 #include "engine/sqlite/sqlite_error.h"
 #include "engine/sqlite/sqlite_file.h"
+#include "engine/sqlite/sqlite_locks.h"
 #include "engine/sqlite/sqlite_statement.h"
 
 namespace kv::engine {
@@ -81,7 +84,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
  public:
   explicit SqliteEngine(OpenOptions options) : options_(std::move(options)) { connectFile(); }
 
-  ~SqliteEngine() override = default;
+  ~SqliteEngine() override { writeLockGiven(db_.get()); }
   SqliteEngine(const SqliteEngine&) = delete;
   SqliteEngine& operator=(const SqliteEngine&) = delete;
   SqliteEngine(SqliteEngine&&) = delete;
@@ -96,6 +99,7 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   void execute(const std::string& sql) override { SqliteStatement(db_.get(), *this, sql).run(); }
 
   std::vector<TableInfo> catalog() override {
+    tablesVersion_ = schemaVersion();
     std::vector<TableInfo> out;
     std::vector<std::int64_t> noKeys;
     const auto tables = prepare(
@@ -135,19 +139,28 @@ class SqliteEngine final : public Engine, public SqliteWatch {
       }
       out.push_back(std::move(table));
     }
+    metChange_ = false;  // reading them may have met it as well
     return out;
   }
 
+  void watchTables(bool on) noexcept override { watching_ = on; }
+  bool watchesTables() const noexcept override { return watching_; }
+  bool metChangedTables() const noexcept override { return metChange_; }
+  bool tablesMayDiffer() override { return schemaVersion() != tablesVersion_; }
+
   void begin(Access access) override {
     kept(access == Access::Write ? "BEGIN IMMEDIATE" : "BEGIN").run();
+    if (access == Access::Write) writeLockTaken(db_.get());
   }
   void commit() override {
     kept("COMMIT").run();
+    writeLockGiven(db_.get());
     // Whoever opens a file looks for the mark in the file itself, not in its log.
     if (std::exchange(marked_, false)) execute("PRAGMA wal_checkpoint(PASSIVE)");
   }
   void rollback() noexcept override {
     if (inTransaction()) sqlite3_exec(db_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+    writeLockGiven(db_.get());
   }
   bool inTransaction() const override { return sqlite3_get_autocommit(db_.get()) == 0; }
   void savepoint(int mark) override { kept(fmt::format("SAVEPOINT kv_{}", mark)).run(); }
@@ -230,6 +243,48 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   void starting() override {
     requireUnchanged();
     if (limit_.count() > 0) deadline_ = std::chrono::steady_clock::now() + limit_;
+    starting_ = true;
+  }
+  void started() noexcept override { starting_ = false; }
+
+  // Asked again and again while somebody else has the file locked: whether to go on trying.
+  static int waitForLock(void* self, int tried) {
+    auto& engine = *static_cast<SqliteEngine*>(self);
+    const auto now = std::chrono::steady_clock::now();
+    if (tried == 0) {
+      if (ownThreadHoldsLock(engine.db_.get())) return 0;
+      engine.waitingSince_ = now;
+    }
+    const auto left = engine.options_.lockTimeout - (now - engine.waitingSince_);
+    if (left <= std::chrono::milliseconds(0)) return 0;
+    // Short waits first: most locks are held for a moment.
+    constexpr std::array<int, 7> kPauses = {1, 2, 5, 10, 15, 25, 50};
+    const auto pause = std::chrono::milliseconds(
+        kPauses[std::min(static_cast<std::size_t>(tried), kPauses.size() - 1)]);
+    std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(pause, left));
+    return 1;
+  }
+
+  // Changes with the tables.
+  std::int64_t schemaVersion() {
+    std::vector<std::int64_t> version;
+    kept("PRAGMA schema_version").fetchKeys(version, 1);
+    return version.empty() ? 0 : version[0];
+  }
+
+  // SQLite compares the file's tables with those that a statement was prepared for whenever one
+  // starts, and prepares it again by itself when they differ. That is when it asks for permission
+  // in the middle of a start; refused, the statement has not been run.
+  static int permit(void* self, int action, const char*, const char*, const char*,
+                    const char*) noexcept {
+    auto& engine = *static_cast<SqliteEngine*>(self);
+    // Transactions, and what functions of SQLite's own ask on the way, are about no table.
+    const bool ofTables = action == SQLITE_SELECT || action == SQLITE_READ ||
+                          action == SQLITE_INSERT || action == SQLITE_UPDATE ||
+                          action == SQLITE_DELETE;
+    if (!engine.starting_ || !ofTables) return SQLITE_OK;
+    engine.metChange_ = true;
+    return engine.watching_ ? SQLITE_DENY : SQLITE_OK;
   }
 
   void connectFile() {
@@ -253,8 +308,9 @@ class SqliteEngine final : public Engine, public SqliteWatch {
     if (location == path && path.front() == ':') location = "./" + path;
     db_ = connect(location, flags);
     if (!options_.create) requireRegister(db_.get(), path);
-    sqlite3_busy_timeout(db_.get(), static_cast<int>(options_.lockTimeout.count()));
+    sqlite3_busy_handler(db_.get(), waitForLock, this);
     registerSqliteFunctions(db_.get());
+    sqlite3_set_authorizer(db_.get(), permit, this);
     for (const auto& pragma :
          {fmt::format("PRAGMA cache_size = -{}", options_.cacheMiB * 1024),
           fmt::format("PRAGMA mmap_size = {}", options_.memoryMapMiB * 1024LL * 1024LL),
@@ -281,11 +337,16 @@ class SqliteEngine final : public Engine, public SqliteWatch {
   OpenOptions options_;
   FileAccess access_ = FileAccess::ReadWrite;
   std::string mark_;
-  bool marked_ = false;  // in the transaction that is open
+  bool marked_ = false;              // in the transaction that is open
+  std::int64_t tablesVersion_ = -1;  // when catalog() was last called
+  bool watching_ = false;
+  bool starting_ = false;  // a statement is being started
+  bool metChange_ = false;
   Connection db_;
   std::map<std::string, std::unique_ptr<SqliteStatement>> kept_;  // gone before the connection is
   std::chrono::milliseconds limit_{0};
   std::chrono::steady_clock::time_point deadline_;
+  std::chrono::steady_clock::time_point waitingSince_;
 };
 
 }  // namespace

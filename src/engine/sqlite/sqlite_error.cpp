@@ -6,8 +6,11 @@
 
 #include <charconv>
 #include <string>
+#include <utility>
 
 #include "common/error.h"
+#include "engine/engine.h"
+#include "engine/sqlite/sqlite_locks.h"
 
 namespace kv::engine {
 
@@ -24,12 +27,12 @@ Cause causeOf(int code) {
     case SQLITE_CORRUPT: return Cause::Damaged;
     case SQLITE_NOTADB: return Cause::NotARegister;
     case SQLITE_CANTOPEN: return Cause::CannotOpen;
-    case SQLITE_PERM:
-    case SQLITE_AUTH: return Cause::Denied;
+    case SQLITE_PERM: return Cause::Denied;
     case SQLITE_NOMEM: return Cause::NoMemory;
     case SQLITE_INTERRUPT: return Cause::Interrupted;
     case SQLITE_TOOBIG: return Cause::TooLarge;
     case SQLITE_CONSTRAINT: return Cause::BreaksRule;
+    case SQLITE_AUTH:  // that of our own engine
     case SQLITE_SCHEMA: return Cause::TablesChanged;
     case SQLITE_PROTOCOL: return Cause::LockProtocol;
     default: return Cause::Refused;
@@ -46,6 +49,16 @@ Cause causeOf(int code, std::string_view message) {
   return Cause::BreaksRule;
 }
 
+// Names were looked up before SQLite saw them: one that it does not know is gone from the file.
+std::int32_t numberOf(int code, std::string_view message) {
+  if ((code & 0xFF) != SQLITE_ERROR) return kEngineFailure;
+  if (message.starts_with("no such table")) return kUnknownTable;
+  if (message.starts_with("no such column") ||
+      message.find(" has no column named ") != std::string_view::npos)
+    return kUnknownName;
+  return kEngineFailure;
+}
+
 }  // namespace
 
 void raiseSqlite(sqlite3* connection, int code) {
@@ -60,7 +73,13 @@ void raiseSqlite(sqlite3* connection, int code) {
     const auto [end, problem] = std::from_chars(first, message.data() + message.size(), number);
     if (problem == std::errc() && *end == ' ') throw Error(number, "kvData", std::string(end + 1));
   }
-  raise(causeOf(extended, message), fmt::format("{} ({})", message, extended));
+  const Cause cause = causeOf(extended, message);
+  std::string_view sentence = sentenceOf(cause);
+  if ((extended & 0xFF) == SQLITE_BUSY && connection != nullptr && ownThreadHoldsLock(connection))
+    sentence = kLockedByItself;
+  std::string text = fmt::format("{} {} ({})", sentence, message, extended);
+  if ((extended & 0xFF) == SQLITE_AUTH) throw TablesChanged(kEngineFailure, std::move(text));
+  throw Error(numberOf(extended, message), "kvData", std::move(text), {}, cause);
 }
 
 }  // namespace kv::engine

@@ -64,11 +64,11 @@ void SqliteStatement::bindKeys(int parameter, const KeyList& keys) {
 }
 
 bool SqliteStatement::step() {
-  if (!underWay_) {
-    underWay_ = true;
-    watch_.starting();
-  }
+  const bool first = !underWay_;
+  if (first) watch_.starting();
+  underWay_ = true;
   const int code = sqlite3_step(statement_);
+  if (first) watch_.started();
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) {
     reset();

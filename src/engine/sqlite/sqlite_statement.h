@@ -19,8 +19,9 @@ class SqliteWatch {
   SqliteWatch(SqliteWatch&&) = delete;
   SqliteWatch& operator=(SqliteWatch&&) = delete;
   virtual ~SqliteWatch() = default;
-  // Called before a statement's first step.
+  // Called before a statement's first step, and after it.
   virtual void starting() = 0;
+  virtual void started() noexcept = 0;
 };
 
 class SqliteStatement final : public Statement {

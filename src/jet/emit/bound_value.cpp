@@ -110,7 +110,8 @@ SqlValue boundValue(const ParamUse& use, const std::vector<Literal>& literals,
     if (use.greater ? less(*literal, *other) : less(*other, *literal)) literal = other;
   }
   switch (use.form) {
-    case ParamUse::Form::Plain: break;
+    case ParamUse::Form::Plain:
+    case ParamUse::Form::Watch: break;
     case ParamUse::Form::Fold: return foldKey(std::get<std::string>(literal->value));
     case ParamUse::Form::Order: return orderKey(std::get<std::string>(literal->value));
     case ParamUse::Form::OrderBase: {

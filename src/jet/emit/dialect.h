@@ -73,6 +73,12 @@ class Dialect {
   // transaction has locked everything already.
   [[nodiscard]] virtual std::string forUpdate() const = 0;
 
+  // A condition that holds, and that makes the statement fail with kColumnsMark when the table has
+  // got columns since it was described and the parameter `watch` is not 0; empty where the engine
+  // tells by itself that a table has changed.
+  [[nodiscard]] virtual std::string noNewColumns(const TableInfo& table,
+                                                 const std::string& watch) const = 0;
+
   // Definition of a column, and of the key that names a row.
   [[nodiscard]] virtual std::string columnDefinition(const ColumnInfo& column) const = 0;
   [[nodiscard]] virtual std::string hiddenKeyDefinition(const std::string& name) const = 0;

@@ -21,6 +21,7 @@ struct ParamUse {
     OrderBase,  // the first part of the order key of a text
     Pattern,    // a Like pattern as a regular expression over fold keys
     Assign,     // the value as `column` stores it
+    Watch,      // no literal: 1 where the statement may fail because the tables have changed, or 0
   };
   Form form = Form::Plain;
   int literal = 0;

@@ -34,6 +34,7 @@ ValueKind ExpressionWriter::kindOf(const ParamUse& use) const {
     }
     return ValueKind::Text;
   }
+  if (use.form == ParamUse::Form::Watch) return ValueKind::Whole;
   if (use.form != ParamUse::Form::Plain) return ValueKind::Text;
   const auto kind = [&](int literal) { return literals_[static_cast<std::size_t>(literal)].kind; };
   switch (kind(use.literal)) {

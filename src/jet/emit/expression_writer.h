@@ -55,9 +55,10 @@ class ExpressionWriter {
   [[nodiscard]] std::string assigned(const TableInfo& table, const ColumnInfo& given,
                                      const Expr& e);
   [[nodiscard]] std::string from(const TableRef& ref);
+  // A parameter for this use; the same use twice is one parameter.
+  [[nodiscard]] std::string param(ParamUse use);
 
  private:
-  std::string param(ParamUse use);
   [[nodiscard]] ValueKind kindOf(const ParamUse& use) const;
   std::string literal(const ParamUse& use);
   [[nodiscard]] std::string column(int table, int column) const;

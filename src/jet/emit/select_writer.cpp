@@ -29,7 +29,10 @@ std::string SelectWriter::assemble(Shape shape) {
   {
     const ExpressionWriter::Groups ungrouped(w_);  // before grouping, rows are themselves
     if (syntax.from) tail += " FROM " + w_.from(*syntax.from);
-    if (syntax.where) tail += " WHERE " + w_.condition(*syntax.where);
+    std::vector<std::string> tests;
+    if (syntax.where) tests.push_back(w_.condition(*syntax.where));
+    for (auto& watch : watches()) tests.push_back(std::move(watch));
+    if (!tests.empty()) tail += " WHERE " + joinTexts(tests, " AND ");
   }
   if (!shape.group.empty()) tail += " GROUP BY " + joinTexts(shape.group);
   if (syntax.having) tail += " HAVING " + w_.condition(*syntax.having);
@@ -44,6 +47,22 @@ std::string SelectWriter::assemble(Shape shape) {
     if (!total.empty()) out += " ORDER BY " + joinKeys(total);
   }
   if (shape.limit > 0) out += fmt::format(" LIMIT {}", shape.limit);
+  return out;
+}
+
+// What finds out that a star no longer stands for the columns that it stood for, once for each
+// table.
+std::vector<std::string> SelectWriter::watches() {
+  std::vector<std::string> out;
+  const auto& items = s_.syntax->items;
+  if (std::all_of(items.begin(), items.end(),
+                  [](const SelectItem& item) { return item.kind == SelectItem::Kind::Expression; }))
+    return out;
+  for (const auto& t : s_.scope) {
+    if (d_.noNewColumns(*t.info, {}).empty()) continue;
+    auto test = d_.noNewColumns(*t.info, w_.param({.form = ParamUse::Form::Watch}));
+    if (std::find(out.begin(), out.end(), test) == out.end()) out.push_back(std::move(test));
+  }
   return out;
 }
 

@@ -48,6 +48,7 @@ class SelectWriter {
   };
 
   [[nodiscard]] std::string assemble(Shape shape);
+  [[nodiscard]] std::vector<std::string> watches();
   [[nodiscard]] std::string top(const Shape& shape, const std::vector<OrderKey>& total,
                                 const std::string& tail) const;
   [[nodiscard]] std::vector<std::string> outputs();

@@ -53,6 +53,7 @@ class SqliteDialect final : public Dialect {
 
   std::string keyList(std::size_t) const override { return "kv_keys(?1) AS k"; }
   std::string inKeyListOrder() const override { return {}; }
+  std::string noNewColumns(const TableInfo&, const std::string&) const override { return {}; }
   std::string forUpdate() const override { return {}; }
 
   std::string columnDefinition(const ColumnInfo& c) const override {

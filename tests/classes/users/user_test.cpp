@@ -2,6 +2,8 @@
 // The record operations of clsVeskUser: what they run, give back, store, raise and leave behind.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "classes/rights/rights.h"
 #include "schema/change_columns.h"
 #include "support/engine_answers.h"
@@ -360,6 +362,51 @@ TEST_F(Users, NewUserAddsTheRecordAndAProfile) {
   EXPECT_EQ(rs->Fields("UserID")->Value(), Variant("User42")) << "the new row is current";
   EXPECT_EQ(user().NewUser(rs, "", "", "", "", "", ""), "User43");
   EXPECT_EQ(row("User43"), "User43|~|~|~|~|~");
+}
+
+// The operation holds the lock that the set would wait for.
+TEST_F(Users, NewUserWithASetOfAnotherSessionIsAnsweredAtOnce) {
+  test::TestSession other;
+  other->Login("Bert", "secret", reg_.path());
+  const auto rs = other->User()->Records(-1);
+  const auto before = everything();
+  const auto start = std::chrono::steady_clock::now();
+  const auto error = test::errorOf([&] { (void)user().NewUser(rs, "Dora", "", "", "", "", ""); });
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  if (!test::oneWriterAtATime()) {
+    EXPECT_FALSE(error);
+    EXPECT_EQ(reg_.value("Select Count(*) From Users Inner Join VeskProfiles On Users.UserID = "
+                         "VeskProfiles.UserID Where Users.UserName = 'Dora'"),
+              "1");
+    return;
+  }
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->number(), kEngineFailure);
+  EXPECT_THAT(error->description(),
+              testing::StartsWith("The register is locked by another session of the same thread"));
+  EXPECT_EQ(everything(), before);
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+  EXPECT_EQ(other->User()->NewUser(rs, "Dora", "", "", "", "", "").substr(0, 4), "User");
+}
+
+// The same the other way round, and on every engine: a set's row is locked by a client of this
+// thread.
+TEST_F(Users, SaveUserInARowThatAnotherSessionHoldsIsAnsweredAtOnce) {
+  test::TestSession other;
+  other->Login("Bert", "secret", reg_.path());
+  const auto rs = other->User()->Records(-1);
+  const auto& connection = vesk_->DataServer()->Connection();
+  connection->BeginTrans();
+  (void)vesk_->Execute("Update Users Set Title = 'held' Where UserID = 'User1'");
+  const auto start = std::chrono::steady_clock::now();
+  const auto error =
+      test::errorOf([&] { (void)other->User()->SaveUser(rs, "User1", "A", "", "", "", ""); });
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  ASSERT_TRUE(error);
+  EXPECT_THAT(error->description(),
+              testing::StartsWith("The register is locked by another session of the same thread"));
+  connection->RollbackTrans();
+  EXPECT_EQ(row("User1").substr(0, 10), "User1|Anna");
 }
 
 TEST_F(Users, NewUserSavesWhatTheCallerHasPending) {
