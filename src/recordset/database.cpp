@@ -224,6 +224,33 @@ std::int64_t Database::nextNumber(const TableInfo& table) {
   return engine().reserveCounter(table, 1);
 }
 
+bool Database::isWriting() const noexcept {
+  return std::any_of(levels_.begin(), levels_.end(),
+                     [](const Level& level) { return level.access == engine::Access::Write; });
+}
+
+void Database::insertRows(const TableInfo& table, std::span<const int> columns,
+                          std::span<const std::vector<SqlValue>> rows) {
+  const auto most = jet::rowsTogether(columns.size(), dialect());
+  joinTransactions();
+  settleCounters();
+  wrote();
+  std::unique_ptr<engine::Statement> several;
+  std::size_t prepared = 0;
+  while (!rows.empty()) {
+    const auto count = std::min(rows.size(), most);
+    const auto sql = [&] { return jet::emitInsertRows(table, columns, count, dialect()); };
+    if (count > 1 && count != prepared) several = engine().prepare(sql());
+    prepared = count;
+    auto& insert = count > 1 ? *several : rowStatement(sql());
+    int number = 1;
+    for (const auto& row : rows.first(count))
+      for (const auto& value : row) insert.bind(number++, value);
+    (void)insert.run();
+    rows = rows.subspan(count);
+  }
+}
+
 std::int64_t Database::execute(std::string_view text) { return execute(prepare(text)); }
 
 // ---- two databases that answer as one ----

@@ -112,6 +112,12 @@ class Database {
   // A statement of the emitter's row forms, kept by its text.
   engine::Statement& rowStatement(const std::string& sql);
 
+  // Adds rows, given by their values in these columns; the table numbers them in their order. By as
+  // few statements as there can be; in a transaction of the caller's, who wants all of them or
+  // none.
+  void insertRows(const TableInfo& table, std::span<const int> columns,
+                  std::span<const std::vector<SqlValue>> rows);
+
   // The next number of a table's counter, for the caller alone.
   [[nodiscard]] std::int64_t nextNumber(const TableInfo& table);
 
@@ -130,6 +136,8 @@ class Database {
   }
   // By which that is read; without it the catalog stays as it is.
   void readCatalogBy(CatalogReader reader) { reader_ = std::move(reader); }
+  // Whether a transaction that writes is open.
+  [[nodiscard]] bool isWriting() const noexcept;
 
   // Takes on another catalog after the tables have changed; every statement is bound anew.
   void renew(std::shared_ptr<const Catalog> catalog);

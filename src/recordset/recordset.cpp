@@ -542,6 +542,8 @@ Ref<Recordset> Recordset::Clone() {
   return clone;
 }
 
+void Recordset::readMany() noexcept { shown_->window.readMany(); }
+
 const std::string& Recordset::Filter() const noexcept { return shown_->view.filter(); }
 const std::string& Recordset::Sort() const noexcept { return shown_->view.sort(); }
 

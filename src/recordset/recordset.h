@@ -154,6 +154,8 @@ class KVVESK_API Recordset : public Object, public std::enable_shared_from_this<
   // without regard to case; rows whose value is not in it come last, as they were. For the
   // components; Requery forgets it.
   void arrange(const std::string& column, const std::vector<std::string>& values);
+  // Rows are read in large blocks from here on; for the components, before they visit every row.
+  void readMany() noexcept;
   // Orders the rows shown by columns, each with an optional ASC or DESC, separated by commas. Empty
   // text takes the set's own order again.
   [[nodiscard]] const std::string& Sort() const noexcept;

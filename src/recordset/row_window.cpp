@@ -10,7 +10,7 @@ namespace kv {
 namespace {
 
 constexpr std::size_t kFirstReadAhead = 8;
-constexpr std::size_t kMostReadAhead = 128;
+constexpr std::size_t kManyRows = 4000;
 
 }  // namespace
 
@@ -20,12 +20,12 @@ void RowWindow::load(RowSource& source, const RowView& view, std::size_t place) 
   const bool fresh = stamp_ == stamp;
   std::size_t from = place;
   if (fresh && place == first_ + block_.rows()) {
-    readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
+    readAhead_ = std::clamp(readAhead_ * 4, std::min(kFirstReadAhead, most_), most_);
   } else if (fresh && place + 1 == first_) {
-    readAhead_ = std::clamp(readAhead_ * 4, kFirstReadAhead, kMostReadAhead);
+    readAhead_ = std::clamp(readAhead_ * 4, std::min(kFirstReadAhead, most_), most_);
     from = place + 1 - std::min(readAhead_, place + 1);
   } else {
-    readAhead_ = 1;
+    readAhead_ = least_;
   }
   const auto to = std::min(std::max(place + 1, from + readAhead_), view.places(source));
   std::vector<std::size_t> slots;
@@ -36,6 +36,8 @@ void RowWindow::load(RowSource& source, const RowView& view, std::size_t place) 
   first_ = from;
   stamp_ = stamp;
 }
+
+void RowWindow::readMany() noexcept { least_ = most_ = readAhead_ = kManyRows; }
 
 void RowWindow::takeHead(RowSource& source) {
   forget();

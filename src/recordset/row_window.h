@@ -30,6 +30,8 @@ class RowWindow {
 
   // Takes the rows that opening the source has read, if it still has them.
   void takeHead(RowSource& source);
+  // Rows are read in large blocks from here on.
+  void readMany() noexcept;
   // Places mean other rows now.
   void forget() noexcept { stamp_ = 0; }
 
@@ -37,6 +39,8 @@ class RowWindow {
   engine::RowBlock block_;
   std::size_t first_ = 0;  // place of its first row
   std::uint64_t stamp_ = 0;
+  std::size_t least_ = 1;      // rows to read at a place that has no neighbour here
+  std::size_t most_ = 128;     // and at most, when places are visited one after the other
   std::size_t readAhead_ = 1;  // rows to read the next time
 };
 

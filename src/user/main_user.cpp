@@ -177,6 +177,7 @@ Variant kvUser::UserValue(const std::string& UserID, const std::string& FieldNam
 Ref<Recordset> kvUser::UserRecords(const Ref<Recordset>& rs) const {
   std::vector<std::string> ids;
   if (rs->RecordCount() > 0) {
+    rs->readMany();
     const auto field = rs->Fields("UserID");
     for (rs->MoveFirst(); !rs->Eof(); rs->MoveNext()) ids.push_back(joinText(field->Value()));
   }
@@ -194,6 +195,7 @@ Ref<Recordset> kvUser::recordsOf(const std::vector<std::string>& ids) const {
   }
   if (where.empty()) where = "ID = -1";
   auto records = openOwn(databaseOf(dataServer_), "Select * From Users Where " + where);
+  records->readMany();
   records->arrange("UserID", order);
   return records;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "common/export.h"
 #include "common/ref.h"
@@ -21,7 +22,6 @@ class KVVESK_API kvSender : public Object {
 
  private:
   Ref<kvConnection> connection_;
-  Ref<Recordset> actions_;  // the table to add to, open from one sending to the next
 };
 
 }  // namespace kv

@@ -7,6 +7,7 @@
 #include "data/operation.h"
 #include "data/sql_text.h"
 #include "recordset/database.h"
+#include "user/action_batch.h"
 
 namespace kv {
 
@@ -60,20 +61,22 @@ Variant clsVesk::SendActions(const Ref<Recordset>& rsActions, const Ref<Recordse
   Variant result;
   if (rsUsers->RecordCount() <= 0) return result;
   savePending(rsActions);
-  Operation operation(mainUser_->DataServer()->Connection());
   if (rsActions->Eof() && rsActions->RecordCount() > 0) rsActions->MoveLast();
-  Variant current;
+  const Variant current = rsActions->Bookmark();
+  // All users are read before anything is written: each writing would have them read again.
+  const auto connection = mainUser_->DataServer()->Connection();
+  Operation operation(connection);
+  ActionBatch batch(connection, rsActions);
+  rsUsers->readMany();
   for (rsUsers->MoveFirst(); !rsUsers->Eof(); rsUsers->MoveNext()) {
-    // Sending has left the set behind its last action.
-    if (!current.isEmpty()) rsActions->Bookmark(current);
+    rsActions->Bookmark(current);
     Edit edit(rsActions);
     rsActions->Fields("AssigneeID")->Value(rsUsers->Fields("UserID")->Value());
     rsActions->Fields("Assignee")->Value(rsUsers->Fields("UserName")->Value());
+    result = batch.take();
     edit.keep();
-    rsActions->Update();
-    current = rsActions->Bookmark();
-    result = sender->Send(rsActions);
   }
+  batch.store();
   operation.commit();
   return result;
 }

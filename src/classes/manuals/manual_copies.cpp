@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Who has a manual, and the numbers of its hard copies.
+#include <unordered_set>
+
 #include "classes/manuals/manual.h"
 #include "classes/session/vesk.h"
 #include "common/text.h"
+#include "common/text_key.h"
 #include "data/operation.h"
 #include "data/sql_text.h"
 #include "recordset/text_field.h"
@@ -14,6 +17,21 @@ namespace {
 constexpr const char* kFirstNumber = "0001";
 // Entries on personal lists have no number.
 constexpr const char* kNoNumber = "-1";
+
+// What is looked up in a transaction, to be written in it, must still hold then: nobody else gives
+// or changes numbers of this manual until it ends. Alone, a look says only how it is.
+void keepNumbers(const Ref<kvConnection>& connection, const std::string& manual) {
+  if (connection->database()->isWriting())
+    lockRows(connection, "Manuals", "ManualID", outOfQuotes(manual));
+}
+
+// As texts are compared.
+std::unordered_set<std::string> numbersOf(Recordset& copies) {
+  std::unordered_set<std::string> out;
+  const auto number = copies.Fields("CopyNumber");
+  for (copies.MoveFirst(); !copies.Eof(); copies.MoveNext()) out.insert(foldKey(number->Text()));
+  return out;
+}
 
 }  // namespace
 
@@ -42,20 +60,30 @@ Ref<Recordset> clsVeskManual::Users(const std::string& Manid, bool AllFields) {
 }
 
 std::string clsVeskManual::NextCopyNumber(const std::string& Manid) {
+  // So many numbers are asked for one by one. Where more follow each other, those that are among
+  // the copies are passed over: each question reads all copies of the manual again.
+  constexpr int kAskedFor = 8;
+  keepNumbers(dataServer_->Connection(), inQuotes(Manid));
   const auto copies = Copies(Manid);
   if (copies->RecordCount() <= 0) return kFirstNumber;
   copies->MoveLast();
   std::string number = incrementSuffix(fieldText(*copies, "CopyNumber"));
-  copies->Close();
   const std::string ofManual = "Select CopyNumber From Personals Where ManualID = '" +
                                inQuotes(Manid) + "' and HardCopy <> 0 and CopyNumber = '";
-  while (dataServer_->open(ofManual + doubledQuotes(number) + "'")->RecordCount() > 0)
+  std::unordered_set<std::string> known;
+  for (int asked = 1; dataServer_->open(ofManual + doubledQuotes(number) + "'")->RecordCount() > 0;
+       ++asked) {
     number = incrementSuffix(number);
+    if (asked == kAskedFor) known = numbersOf(*copies);
+    while (known.count(foldKey(number)) > 0) number = incrementSuffix(number);
+  }
+  copies->Close();
   return number;
 }
 
 bool clsVeskManual::DuplicateCopyNumber(const std::string& ManualID, const std::string& CopyNum) {
   const std::string number = "CopyNumber = '" + inQuotes(CopyNum) + "'";
+  keepNumbers(dataServer_->Connection(), inQuotes(ManualID));
   const auto copies = Copies(ManualID);
   copies->Find(number);
   return !copies->Eof();

@@ -76,9 +76,9 @@ class KVVESK_API clsVeskRevision : public Object {
   // caller saves that row. The result is always Empty.
   Variant RouteForApproval(const Ref<Recordset>& rs, bool sendaction);
   // Looks where the revision stands with its approvers, `rsApprovals` in their order: rejected by
-  // one, waiting for the first who has not decided, or approved by all. Changes the current row of
-  // `rsrevisions`, which the caller saves, and tells whose turn it is, or the responsible user,
-  // where `sendaction` and the options say so.
+  // one, waiting for the first who has not decided, or approved by all. Both sets are read again
+  // for that. Changes the current row of `rsrevisions`, which the caller saves, and tells whose
+  // turn it is, or the responsible user, where `sendaction` and the options say so.
   void NotifyNextapprover(const Ref<Recordset>& rsrevisions, const Ref<Recordset>& rsApprovals,
                           bool sendaction);
   // Whether a user may now decide about a revision in an approver's place: administrators always,
@@ -86,10 +86,12 @@ class KVVESK_API clsVeskRevision : public Object {
   // is their turn.
   [[nodiscard]] bool CanApprove(const std::string& UserID, std::int32_t RevisionID,
                                 const std::string& ApprovingForID);
-  // Records a decision and lets NotifyNextapprover go on. Where approvers decide in order, False
-  // and nothing changed when it is not that approver's turn; otherwise 3021 when he is not on the
-  // list. -2147217864, and nothing changed, when somebody else has decided for that approver, or in
-  // order for anybody, since the caller read the sets.
+  // Records a decision and goes on as NotifyNextapprover does. The revision's row is saved with the
+  // decision, so that where it stands always follows from the decisions there are; what the caller
+  // has pending in the sets is saved first. Where approvers decide in order, False and nothing
+  // changed when it is not that approver's turn; otherwise 3021 when he is not on the list.
+  // -2147217864, and nothing changed, when somebody else has decided for that approver, or in order
+  // for anybody, since the caller read the sets.
   bool ApproveRevision(const Ref<Recordset>& rsrevisions, const std::string& CurrentUserID,
                        const std::string& UserApproveForID, const Ref<Recordset>& rsApprovals,
                        bool sendaction = true);
@@ -102,8 +104,9 @@ class KVVESK_API clsVeskRevision : public Object {
   // Puts a revision in force: the one in force before goes out of date, the document takes over
   // level and date and points at it, and the holders of copies are told where `SendActions` and the
   // options say so. `rsDocuments` is a set with the document, which keeps its position, or nothing,
-  // in which case it receives one. Saves both rows. Raises kErrorBase + 40 when the document is not
-  // in the set. When a step fails, the steps before it stay done.
+  // in which case it receives one. Saves both rows; what the caller has pending in them is saved
+  // first. Raises kErrorBase + 40 when the document is not in the set. When a step fails, the steps
+  // before it stay done, and nothing of the others is pending in the sets.
   void SetAsCurrentRevision(const Ref<Recordset>& rsRevision, Ref<Recordset>& rsDocuments,
                             bool SendActions);
   // Where the revision on which `rs` stands stands, as lists show it; "" for a status without a
@@ -127,6 +130,10 @@ class KVVESK_API clsVeskRevision : public Object {
   [[nodiscard]] Ref<Recordset> newAction(int signAsUser) const;
   void sendTo(const std::string& userId, const std::string& subject, const std::string& description,
               const Variant& reference);
+  // Looks where the revision stands, assigns that to its current row and tells whom it concerns; in
+  // an operation that has locked the revision.
+  void settle(const Ref<Recordset>& rsrevisions, const Ref<Recordset>& rsApprovals,
+              bool sendaction);
   bool decide(Decision decision, bool inOrder, const Ref<Recordset>& rsrevisions,
               const std::string& currentUser, const std::string& approver,
               const Ref<Recordset>& rsApprovals, bool sendaction);

@@ -22,17 +22,23 @@ void moveToTurn(Recordset& approvals, const Variant& routingStatus) {
   approvals.Move(toInt16(routingStatus) - 1);
 }
 
+// Where a revision stands, as the caller has read it.
+struct Standing {
+  Variant turn;
+  Variant status;
+};
+
 // Somebody else may have decided since the caller read whose turn it is: his decision would then be
 // about a turn that is over, and overwrite the one that ended it.
-void requireTurnAsRead(const kvDataServer& server, const Recordset& revision) {
+void requireStanding(const kvDataServer& server, std::int32_t revision, const Standing& read) {
   const auto stored = openOwn(server.Connection()->database(),
                               "Select RoutingStatus, RevisionStatus From Revisions Where "
                               "RevisionID = " +
-                                  joinText(revision.Fields("RevisionID")->Value()));
+                                  std::to_string(revision));
   if (stored->Eof()) return;  // which the first write will tell
-  for (const char* column : {"RoutingStatus", "RevisionStatus"})
-    if (stored->Fields(column)->Value() != revision.Fields(column)->OriginalValue())
-      raise(kRowChanged);
+  if (stored->Fields("RoutingStatus")->Value() != read.turn ||
+      stored->Fields("RevisionStatus")->Value() != read.status)
+    raise(kRowChanged);
 }
 
 }  // namespace
@@ -62,16 +68,22 @@ bool clsVeskRevision::CanApprove(const std::string& UserID, std::int32_t Revisio
 bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordset>& rsrevisions,
                              const std::string& currentUser, const std::string& approver,
                              const Ref<Recordset>& rsApprovals, bool sendaction) {
+  const std::int32_t id = toInt32(rsrevisions->Fields("RevisionID")->Value());
   savePending(rsApprovals);
-  Operation operation(dataServer_->Connection(), "Revisions", "RevisionID",
-                      std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
+  // The decision is about what the caller has read, and so is assigned before anything is read
+  // anew.
   Edit ofList(rsApprovals);
-  Edit ofRevision(rsrevisions);
+  Standing standing;
   const auto status = static_cast<std::int16_t>(decision);
   if (inOrder) {
-    requireTurnAsRead(*dataServer_, *rsrevisions);
-    moveToTurn(*rsApprovals, rsrevisions->Fields("RoutingStatus")->Value());
-    if (fieldText(*rsApprovals, "UserID") != outOfQuotes(approver)) return false;
+    const auto turn = rsrevisions->Fields("RoutingStatus");
+    const auto state = rsrevisions->Fields("RevisionStatus");
+    standing = {turn->Value(), state->Value()};
+    moveToTurn(*rsApprovals, standing.turn);
+    if (fieldText(*rsApprovals, "UserID") != outOfQuotes(approver)) {
+      requireStanding(*dataServer_, id, {turn->OriginalValue(), state->OriginalValue()});
+      return false;
+    }
     rsApprovals->Fields("ApprovalStatus")->Value(status);
     setFieldOrNull(*rsApprovals, "ApprovedBy", outOfQuotes(currentUser));
     rsApprovals->Fields("DateApproved")->Value(today());
@@ -79,7 +91,15 @@ bool clsVeskRevision::decide(Decision decision, bool inOrder, const Ref<Recordse
     rsApprovals->Find("UserID = '" + inQuotes(approver) + "'");
     rsApprovals->Fields("ApprovalStatus")->Value(status);
   }
-  NotifyNextapprover(rsrevisions, rsApprovals, sendaction);
+  savePending(rsrevisions);
+  Operation operation(dataServer_->Connection(), "Revisions", "RevisionID", std::int64_t{id});
+  if (inOrder) requireStanding(*dataServer_, id, standing);
+  rsApprovals->Update();
+  Edit ofRevision(rsrevisions);
+  settle(rsrevisions, rsApprovals, sendaction);
+  // With the decision, not after it: between the two somebody else would decide about a turn that
+  // is over, or save an older state over a newer one.
+  rsrevisions->Update();
   operation.commit();
   ofList.keep();
   ofRevision.keep();

@@ -44,6 +44,7 @@ void clsVeskRevision::SetAsCurrentRevision(const Ref<Recordset>& rsRevision,
                                            Ref<Recordset>& rsDocuments, bool SendActions) {
   const std::string document = fieldText(*rsRevision, "DocumentID");
   const std::string quoted = doubledQuotes(document);
+  savePending(rsRevision);
   savePending(rsDocuments);
   Operation operation(dataServer_->Connection(), "Documents", "DocumentID", document);
   Variant position;
@@ -60,18 +61,26 @@ void clsVeskRevision::SetAsCurrentRevision(const Ref<Recordset>& rsRevision,
         "Update Revisions Set RevisionStatus = 0 Where RevisionStatus = 1 and DocumentID = '" +
         quoted + "'");
   });
-  const Date day = today();
-  rsRevision->Fields("RevisionStatus")->Value(static_cast<std::int16_t>(RevisionStatus::Current));
-  rsRevision->Fields("EffectiveDate")->Value(day);
-  rsDocuments->Fields("RevisionLevel")->Value(rsRevision->Fields("RevisionLevel")->Value());
-  rsDocuments->Fields("EffectiveDate")->Value(day);
-  rsDocuments->Fields("CurrentRevID")->Value(rsRevision->Fields("RevisionID")->Value());
-  if (SendActions && oVesk_->AppOption(aoSendActions))
-    operation.keep([&] { tellHolders(*rsRevision, *rsDocuments); });
+  // Read again under the lock: for a revision that is gone nothing goes out of date.
+  dataServer_->Connection()->database()->wrote();
+  (void)rsRevision->Fields("RevisionID")->Value();
+  Edit ofRevision(rsRevision);
+  Edit ofDocument(rsDocuments);
+  operation.keep([&] {
+    const Date day = today();
+    rsRevision->Fields("RevisionStatus")->Value(static_cast<std::int16_t>(RevisionStatus::Current));
+    rsRevision->Fields("EffectiveDate")->Value(day);
+    rsDocuments->Fields("RevisionLevel")->Value(rsRevision->Fields("RevisionLevel")->Value());
+    rsDocuments->Fields("EffectiveDate")->Value(day);
+    rsDocuments->Fields("CurrentRevID")->Value(rsRevision->Fields("RevisionID")->Value());
+    if (SendActions && oVesk_->AppOption(aoSendActions)) tellHolders(*rsRevision, *rsDocuments);
+  });
   operation.keep([&] { rsRevision->Update(); });
   operation.keep([&] { rsDocuments->Update(); });
   if (!position.isEmpty()) rsDocuments->Bookmark(position);
   operation.commit();
+  ofRevision.keep();
+  ofDocument.keep();
 }
 
 void clsVeskRevision::tellHolders(Recordset& revision, Recordset& document) {

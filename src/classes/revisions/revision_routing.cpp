@@ -116,8 +116,20 @@ Variant clsVeskRevision::RouteForApproval(const Ref<Recordset>& rs, bool) {
 
 void clsVeskRevision::NotifyNextapprover(const Ref<Recordset>& rsrevisions,
                                          const Ref<Recordset>& rsApprovals, bool sendaction) {
-  Operation operation(dataServer_->Connection());
+  const auto& connection = dataServer_->Connection();
+  Operation operation(connection, "Revisions", "RevisionID",
+                      std::int64_t{toInt32(rsrevisions->Fields("RevisionID")->Value())});
+  // Both sets are read again: what follows is decided by what is stored, and nobody decides
+  // meanwhile.
+  connection->database()->wrote();
   Edit edit(rsrevisions);
+  settle(rsrevisions, rsApprovals, sendaction);
+  operation.commit();
+  edit.keep();
+}
+
+void clsVeskRevision::settle(const Ref<Recordset>& rsrevisions, const Ref<Recordset>& rsApprovals,
+                             bool sendaction) {
   const Variant number = rsrevisions->Fields("RevisionID")->Value();
   const auto title = [&] {
     return joinText(oVesk_->Document()->Value(doubledQuotes(fieldText(*rsrevisions, "DocumentID")),
@@ -147,8 +159,6 @@ void clsVeskRevision::NotifyNextapprover(const Ref<Recordset>& rsrevisions,
   } else {
     setStatus(RevisionStatus::Approved);
   }
-  operation.commit();
-  edit.keep();
 }
 
 }  // namespace kv

@@ -111,9 +111,8 @@ std::int32_t clsVeskUser::ReleaseDoc(const std::string& UserID, const std::strin
 std::string clsVeskUser::ReleaseMan(const std::string& UserID, const std::string& ManualID,
                                     bool HardCopy) {
   const std::string manual = inQuotes(ManualID);
-  // Nobody else is given the number meanwhile.
-  Operation operation(oVesk_->DataServer()->Connection(), "Manuals", "ManualID",
-                      outOfQuotes(manual));
+  // In which nobody else is given the number.
+  Operation operation(oVesk_->DataServer()->Connection());
   std::string number = oVesk_->Manual()->NextCopyNumber(manual);
   oVesk_->ManualUserRelation(manual, UserID, HardCopy, doubledQuotes(number), false);
   operation.commit();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/register/run_statement.h"
 
+#include "recordset/database.h"
+
 namespace kv::desk {
 
 void requireMayRunStatements(const Session& session) {

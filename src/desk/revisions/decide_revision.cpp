@@ -26,7 +26,6 @@ DecidedRevision decideRevision(const Session& session, std::int32_t revision, De
                          ? revisions->ApproveRevision(found.row, self, whose, list)
                          : revisions->RejectRevision(found.row, self, whose, list);
   if (!taken) refuseTurn(session, found, revision, decider);
-  found.row->Update();
   if (notes) revisions->SaveApprovalNotes(*notes, whose, revision);
   transaction.commit();
   return {.step = stepDone(session, found, revision, sent), .approver = decider.name};

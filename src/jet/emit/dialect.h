@@ -29,6 +29,8 @@ class Dialect {
   [[nodiscard]] virtual std::string parameter(int n) const = 0;
   // The same anywhere.
   [[nodiscard]] virtual std::string parameter(int n, ValueKind kind) const = 0;
+  // How many of them a statement takes without suffering from it.
+  [[nodiscard]] virtual int mostParameters() const = 0;
   // A text written into the statement.
   [[nodiscard]] virtual std::string text(std::string_view value) const = 0;
   // A date written into the statement.

@@ -27,6 +27,9 @@ class PostgresDialect final : public Dialect {
     return {};
   }
 
+  // The protocol counts them in 16 bits; every statement is a round trip.
+  int mostParameters() const override { return 60000; }
+
   std::string text(std::string_view value) const override {
     return "'" + doubledQuotes(value) + "'";
   }

@@ -3,11 +3,36 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "jet/emit/texts.h"
 
 namespace kv::jet {
+
+namespace {
+
+std::string insertRows(const TableInfo& table, const std::vector<std::string>& names,
+                       std::size_t rows, const Dialect& dialect) {
+  int next = 1;
+  std::string tuples;
+  for (std::size_t r = 0; r < rows; ++r) {
+    tuples += r == 0 ? "(" : ", (";
+    for (std::size_t i = 0; i < names.size(); ++i)
+      tuples.append(i == 0 ? "" : ", ").append(dialect.parameter(next++));
+    tuples += ')';
+  }
+  return fmt::format("INSERT INTO {} ({}) VALUES {}", quotedName(table.name), joinTexts(names),
+                     tuples);
+}
+
+void addNames(const TableInfo& table, std::span<const int> columns,
+              std::vector<std::string>& names) {
+  for (const int c : columns)
+    names.push_back(quotedName(table.columns[static_cast<std::size_t>(c)].name));
+}
+
+}  // namespace
 
 std::string emitInsertRow(const TableInfo& table, std::span<const int> columns,
                           const Dialect& dialect) {
@@ -88,20 +113,23 @@ std::string emitPage(const TableInfo& table, std::span<const int> columns, int r
                      rows);
 }
 
+std::size_t rowsTogether(std::size_t columns, const Dialect& dialect) {
+  const auto most = static_cast<std::size_t>(dialect.mostParameters());
+  return std::max<std::size_t>(1, most / std::max<std::size_t>(1, columns));
+}
+
+std::string emitInsertRows(const TableInfo& table, std::span<const int> columns, std::size_t rows,
+                           const Dialect& dialect) {
+  std::vector<std::string> names;
+  addNames(table, columns, names);
+  return insertRows(table, names, rows, dialect);
+}
+
 std::string emitInsertWithKeys(const TableInfo& table, std::span<const int> columns,
                                std::size_t rows, const Dialect& dialect) {
   std::vector<std::string> names = {quotedName(table.key)};
-  for (const int c : columns)
-    names.push_back(quotedName(table.columns[static_cast<std::size_t>(c)].name));
-  int next = 1;
-  std::vector<std::string> tuples;
-  for (std::size_t r = 0; r < rows; ++r) {
-    std::vector<std::string> values;
-    for (std::size_t i = 0; i < names.size(); ++i) values.push_back(dialect.parameter(next++));
-    tuples.push_back("(" + joinTexts(values) + ")");
-  }
-  return fmt::format("INSERT INTO {} ({}) VALUES {}", quotedName(table.name), joinTexts(names),
-                     joinTexts(tuples));
+  addNames(table, columns, names);
+  return insertRows(table, names, rows, dialect);
 }
 
 }  // namespace kv::jet

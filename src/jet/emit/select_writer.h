@@ -44,6 +44,7 @@ class SelectWriter {
     std::vector<std::string> group;  // GROUP BY
     std::vector<OrderKey> order;     // ORDER BY as asked for
     std::vector<OrderKey> ties;      // and what makes it total
+    std::vector<std::string> once;   // columns of the one table, of which equal rows count once
     int limit = 0;
   };
 
@@ -63,6 +64,7 @@ class SelectWriter {
   [[nodiscard]] std::vector<const Expr*> groups() const;
   void group(const std::vector<const Expr*>& groups, Shape& shape);
   [[nodiscard]] std::string grouped();
+  [[nodiscard]] std::vector<std::string> columnsShown() const;
   [[nodiscard]] std::string distinct(bool inserted);
   [[nodiscard]] std::string distinctGroups(Shape shape, const std::vector<const Expr*>& outputs);
 

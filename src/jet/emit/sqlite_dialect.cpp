@@ -16,6 +16,9 @@ class SqliteDialect final : public Dialect {
 
   std::string parameter(int n, ValueKind) const override { return parameter(n); }
 
+  // Numbered ones are looked up one after the other.
+  int mostParameters() const override { return 1000; }
+
   std::string text(std::string_view value) const override {
     if (value.find('\0') == std::string_view::npos) return "'" + doubledQuotes(value) + "'";
     // Order keys hold a zero byte, which a statement's text cannot.

@@ -115,6 +115,21 @@ TEST_F(ManualCopies, TheNextNumberFollowsTheLastRowsAndIsFree) {
   }
 }
 
+TEST_F(ManualCopies, NumbersThatFollowEachOtherInUseArePassedOver) {
+  // The last row has the greatest text, which is a small number.
+  const auto connection = reg_.connection();
+  connection->BeginTrans();
+  for (int i = 1; i <= 60; ++i) hold("User1", "A", "M1", true, fmt::format("'a{}'", i));
+  hold("User9", "A", "M1", true, "'A1'");
+  connection->CommitTrans();
+  Texts statements;
+  EXPECT_EQ(
+      (statements = statementsOf([&] { EXPECT_EQ(manual().NextCopyNumber("M1"), "A61"); })).back(),
+      "Select CopyNumber From Personals Where ManualID = 'M1' and HardCopy <> 0 and "
+      "CopyNumber = 'A61'");
+  EXPECT_EQ(statements.size(), 10U) << "the copies, eight numbers in use, and the free one";
+}
+
 TEST_F(ManualCopies, WhetherANumberIsInUse) {
   hold("User1", "A", "M1", true, "'A-1'");
   hold("User1", "A", "M1", false, "'2'");

@@ -211,6 +211,53 @@ TEST_F(Decisions, InAnyOrderSomebodyElseRaises) {
   EXPECT_EQ(everything(), before);
 }
 
+// ---- what is saved with a decision ----
+
+TEST_F(Decisions, WhereARevisionStandsIsSavedWithTheDecision) {
+  for (const char* text : {kInOrder, kAnyOrder}) {
+    options(text);
+    const std::int32_t id = awaiting("000");
+    for (const auto& [approver, after] :
+         {std::pair("User2", "2|3"), {"User3", "3|3"}, {"User4", "3|4"}}) {
+      const auto rs = revision().GetRevRS(id);
+      EXPECT_TRUE(revision().ApproveRevision(rs, "User1", approver, listOf(id)));
+      EXPECT_EQ(statesIn(rs), after);
+      EXPECT_EQ(rs->EditMode(), kEditNone);
+      EXPECT_EQ(states(id), after) << "whether the caller saves his row or not";
+      rs->Update();
+      EXPECT_EQ(states(id), after);
+    }
+  }
+}
+
+TEST_F(Decisions, WhatTheCallerHasPendingInTheRevisionIsSavedFirst) {
+  options(kInOrder);
+  const std::int32_t id = awaiting("000");
+  const auto rs = revision().GetRevRS(id);
+  rs->Fields("Location")->Value("shelf");
+  EXPECT_FALSE(revision().ApproveRevision(rs, "User1", "User3", listOf(id)));
+  EXPECT_EQ(rs->EditMode(), kEditInProgress) << "nothing changed";
+  EXPECT_TRUE(revision().ApproveRevision(rs, "User1", "User2", listOf(id)));
+  EXPECT_EQ(reg_.value("Select Location, RoutingStatus From Revisions"), "shelf|2");
+}
+
+TEST_F(Decisions, AFailureLeavesNothingPending) {
+  options(kInOrder);
+  const std::int32_t id = awaiting("000");
+  const auto list = listOf(id);
+  const auto readOnly = reg_.connection()->OpenRecordset(
+      "Select * From Revisions Where RevisionID = " + std::to_string(id), kKeyset, kReadOnly);
+  const auto before = everything();
+  EXPECT_RAISES(kNotAvailable, revision().ApproveRevision(readOnly, "User1", "User2", list));
+  const auto rs = revision().GetRevRS(id);
+  EXPECT_RAISES(kWrongType, revision().ApproveRevision(rs, std::string(300, 'x'), "User2", list));
+  for (const auto& set : {readOnly, rs, list}) {
+    EXPECT_EQ(set->EditMode(), kEditNone);
+    set->MoveFirst();
+  }
+  EXPECT_EQ(everything(), before) << "and the next move stores nothing";
+}
+
 // ---- what both read, and whom they tell ----
 
 TEST_F(Decisions, OnlyARejectionAsksForTheOptionsWithAStatement) {
@@ -307,8 +354,9 @@ TEST_F(DecisionFaults, ADecisionLeavesNothingBehind) {
       else
         revision().RejectRevision(rs, "User2", "User2", listOf(id));
     };
-    EXPECT_EQ(test::failEachWrite(*faults_, rows, [&] { decide(true); }), 2);
-    EXPECT_EQ(test::failEachWrite(*faults_, rows, [&] { decide(false); }), 2);
+    // The decision, the action and where the revision stands.
+    EXPECT_EQ(test::failEachWrite(*faults_, rows, [&] { decide(true); }), 3);
+    EXPECT_EQ(test::failEachWrite(*faults_, rows, [&] { decide(false); }), 3);
     decide(true);
     EXPECT_EQ(approvals(id)[0].substr(0, 7), "User2|1");
   }

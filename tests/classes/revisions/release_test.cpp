@@ -330,9 +330,88 @@ TEST_F(Release, ARevisionThatSomebodyElseChangedIsNotPutInForce) {
                std::to_string(id));
   Ref<Recordset> documents;
   EXPECT_RAISES(kRowChanged, revision().SetAsCurrentRevision(rs, documents, false));
-  rs->CancelUpdate();
-  documents->CancelUpdate();
-  EXPECT_EQ(revisions(), (Texts{"0|~", "4|~"})) << old << " is out of date all the same";
+  EXPECT_EQ(rs->Fields("Location")->Value(), Variant("shelf")) << "and the edit is still his";
+  EXPECT_EQ(revisions(), (Texts{"1|~", "4|~"})) << old << " is still in force";
+  EXPECT_EQ(document(), "A|~|77");
+}
+
+TEST_F(Release, TheOneInForceCanBePutInForceWithAnEditPending) {
+  const auto id = addRevision(1);
+  const auto rs = revision().GetRevRS(id);
+  rs->Fields("RevisionLevel")->Value("C");
+  Ref<Recordset> documents;
+  revision().SetAsCurrentRevision(rs, documents, false);
+  EXPECT_EQ(revisions(), Texts{"1|2/26/2001"});
+  EXPECT_EQ(document(), "C|2/26/2001|" + std::to_string(id));
+  EXPECT_EQ(rs->EditMode(), kEditNone);
+}
+
+TEST_F(Release, AFailedAssignmentLeavesNothingPending) {
+  options("00000101000");
+  hold(4, true);
+  const auto readOnly = [&](const std::string& sql) {
+    return reg_.connection()->OpenRecordset(sql, kKeyset, kReadOnly);
+  };
+  const std::string documents = "Select * From Documents";
+  const auto given = [&](std::int32_t id) {
+    return "Select * From Revisions Where RevisionID = " + std::to_string(id);
+  };
+  const struct {
+    const char* what;
+    std::int32_t number;
+    std::function<Ref<Recordset>(std::int32_t)> revision;
+    std::function<Ref<Recordset>()> documents;
+  } cases[] = {
+      {"a read-only revision", kNotAvailable, [&](auto id) { return readOnly(given(id)); },
+       [&] { return vesk_->GetRecordset(documents); }},
+      {"read-only documents", kNotAvailable, [&](auto id) { return revision().GetRevRS(id); },
+       [&] { return readOnly(documents); }},
+      {"documents without the date", kNoSuchItem, [&](auto id) { return revision().GetRevRS(id); },
+       [&] { return vesk_->GetRecordset("Select DocumentID, RevisionLevel From Documents"); }},
+      {"documents without the number", kNoSuchItem,
+       [&](auto id) { return revision().GetRevRS(id); },
+       [&] {
+         return vesk_->GetRecordset(
+             "Select DocumentID, DocumentTitle, RevisionLevel, EffectiveDate From Documents");
+       }},
+      {"a revision without a level", kNoSuchItem,
+       [&](auto id) {
+         return vesk_->GetRecordset(
+             "Select RevisionID, DocumentID, RevisionStatus, EffectiveDate From Revisions Where "
+             "RevisionID = " +
+             std::to_string(id));
+       },
+       [&] { return vesk_->GetRecordset(documents); }},
+  };
+  for (const auto& c : cases) {
+    reg_.execute("Delete * From Revisions");
+    addRevision(1);
+    const auto id = addRevision(4);
+    const auto rs = c.revision(id);
+    auto set = c.documents();
+    EXPECT_RAISES(c.number, revision().SetAsCurrentRevision(rs, set, true)) << c.what;
+    EXPECT_EQ(revisions(), (Texts{"0|~", "4|~"})) << c.what << ": what was done before stays";
+    EXPECT_EQ(rs->EditMode(), kEditNone) << c.what;
+    EXPECT_EQ(set->EditMode(), kEditNone) << c.what;
+    rs->MoveFirst();
+    set->MoveFirst();
+    EXPECT_EQ(revisions(), (Texts{"0|~", "4|~"})) << c.what << ": and the next move stores nothing";
+    EXPECT_EQ(document(), "A|~|77") << c.what;
+    EXPECT_EQ(tasks(), Texts{}) << c.what;
+  }
+}
+
+TEST_F(Release, AFailedNoticeLeavesNothingPending) {
+  hold(4, true);
+  options("00000101000");
+  addRevision(1);
+  const auto rs = revision().GetRevRS(addRevision(4));
+  auto set = vesk_->GetRecordset("Select * From Documents");
+  test::RawRegister(reg_.path()).refuse("INSERT", "Actions");
+  EXPECT_RAISES(kEngineFailure, revision().SetAsCurrentRevision(rs, set, true));
+  rs->MoveFirst();
+  set->MoveFirst();
+  EXPECT_EQ(revisions(), (Texts{"0|~", "4|~"}));
   EXPECT_EQ(document(), "A|~|77");
 }
 
@@ -366,6 +445,37 @@ TEST_F(ReleaseFaults, AFailedCommitLeavesEverything) {
   EXPECT_EQ(everything(), before);
   release(id, true);
   EXPECT_EQ(revisions(), (Texts{"0|~", "1|2/26/2001"}));
+}
+
+TEST_F(ReleaseFaults, TellingManyTakesFewStatements) {
+  constexpr int kMany = 600;
+  constexpr int kFirst = 1000;
+  options("00000101000");
+  hold(4, true);
+  const auto id = addRevision(4);
+  const int few = writesOf([&] { release(id, true); });
+  EXPECT_EQ(tasks().size(), 1U);
+  reg_.execute("Delete * From Actions");
+  const auto connection = reg_.connection();
+  connection->BeginTrans();
+  for (int user = kFirst; user < kFirst + kMany; ++user) {
+    hold(user, true);
+    reg_.execute(
+        fmt::format("Insert Into Users (UserID, UserName) Values ('User{0}', 'Name {0}')", user));
+  }
+  connection->CommitTrans();
+  const auto& engine = vesk_->DataServer()->Connection()->database()->engine();
+  const auto before = engine.roundTrips();
+  const int many = writesOf([&] { release(id, true); });
+  constexpr int kTogether = 50;
+  EXPECT_LE(many, few + kMany / kTogether);
+  constexpr std::uint64_t kFewTrips = 50;
+  EXPECT_LE(engine.roundTrips() - before, kFewTrips);
+  Texts expected = {"User4|Dora"};
+  for (int user = kFirst; user < kFirst + kMany; ++user)
+    expected.push_back(fmt::format("User{0}|Name {0}", user));
+  EXPECT_EQ(reg_.rows("Select AssigneeID, Assignee From Actions Order By ActionID"), expected)
+      << "each in the order of the copies, and numbered so";
 }
 
 TEST_F(ReleaseFaults, InAClientsTransactionRollbackUndoesEverything) {
