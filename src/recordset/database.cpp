@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "jet/binding/binder.h"
 #include "jet/emit/emitter.h"
+#include "jet/emit/rows.h"
 #include "jet/syntax/parser.h"
 #include "recordset/row_source.h"
 
