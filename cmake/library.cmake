@@ -75,3 +75,7 @@ if(TARGET kvvesk_shared AND (BUILD_SHARED_LIBS OR NOT TARGET kvvesk_static))
 elseif(TARGET kvvesk_static)
   add_library(KvVesk::kvvesk ALIAS kvvesk_static)
 endif()
+
+# For what is installed.
+set(KVVESK_INCLUDE "${KVVESK_INCLUDE}" PARENT_SCOPE)
+set(KVVESK_OUTSIDE "${KVVESK_OUTSIDE}" PARENT_SCOPE)

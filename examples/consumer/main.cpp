@@ -7,15 +7,11 @@
 
 namespace {
 
-void printDocuments(const std::string& location) {
-  const auto vesk = kv::clsVesk::create();
-  vesk->OpenConnection(location);
-  const auto documents = vesk->GetRecordset(
+void printDocuments(kv::clsVesk& vesk) {
+  const auto documents = vesk.GetRecordset(
       "Select DocumentNumber, DocumentTitle From Documents Order By DocumentTitle");
-  for (; !documents->Eof(); documents->MoveNext())
-    std::cout << kv::joinText(documents->Fields("DocumentNumber")->Value()) << '\t'
-              << kv::joinText(documents->Fields("DocumentTitle")->Value()) << '\n';
-  vesk->CloseSession();
+  for (const auto& row : documents->rows())
+    std::cout << row.text("DocumentNumber") << '\t' << row.text("DocumentTitle") << '\n';
 }
 
 }  // namespace
@@ -25,11 +21,16 @@ int main(int argc, char** argv) {
     std::cerr << "usage: consumer REGISTER\n";
     return 2;
   }
+  // Reading asks for no log-in. With one, kv::Session opens, logs in and closes by its scope.
+  const auto vesk = kv::clsVesk::create();
+  int status = 0;
   try {
-    printDocuments(argv[1]);
-    return 0;
+    vesk->OpenConnection(argv[1]);
+    printDocuments(*vesk);
   } catch (const kv::Error& e) {
     std::cerr << "error " << e.number() << ": " << e.description() << '\n';
-    return 1;
+    status = 1;
   }
+  vesk->CloseSession();
+  return status;
 }

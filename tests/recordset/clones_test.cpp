@@ -320,7 +320,7 @@ TEST_F(Clones, DoNothingElseInAnyOrder) {
       },
   };
   int done = 0;
-  const int steps = test::steps(6000);
+  const int steps = test::steps(3000);
   for (int i = 0; i < steps && !HasFailure(); ++i) {
     SCOPED_TRACE(fmt::format("step {}", i));
     auto& set = *sets[static_cast<std::size_t>(any(4))];

@@ -98,8 +98,8 @@ class KVVESK_API clsVeskManual : public Object {
   // the manual's own order, or, with `AllFields`, as a list of documents by DocumentNumber.
   [[nodiscard]] Ref<Recordset> Contents(const std::string& Manid, bool AllFields = false,
                                         bool WithManID = false);
-  // Moves a document to a place of the manual, counted from 1. The place is kept as a number
-  // between those of its neighbours; when they come too close all of them are given new ones.
+  // Moves a document to a place of the manual, counted from 1. A place is kept as a number
+  // of its own; when these come too close, or one would leave its type, all are given new ones.
   // Raises 2730 for a manual without contents, 3021 for a place outside them. A document that is
   // not in the manual is not moved.
   void RepositionContents(const std::string& ManualID, const std::string& docid,

@@ -57,7 +57,8 @@ class KVVESK_API clsVesk : public Object, public std::enable_shared_from_this<cl
   // all the same, and clients rely on that. Raises 2501, 2502, 2503 for versions that do not go
   // together. When the database of users cannot be opened, the users of the register itself are
   // taken, the session is open, and that failure is raised with "The Following Error Occured
-  // Opening External User/Action DataSource : " before its description.
+  // Opening External User/Action DataSource : " before its description. Whoever was
+  // logged in is so no longer, and has no right, until the next log-in.
   bool OpenConnection(const std::string& ConnectionString = {},
                       const Ref<kvProfile>& oProfile = {});
 

@@ -268,6 +268,20 @@ TEST_F(UserDatabase, WhatSetsWriteThereBelongsToTheTransaction) {
   }
 }
 
+TEST_F(UserDatabase, AnAdditionBelongsToTheTransactionInWhichItIsStored) {
+  vesk_->OpenConnection(reg_.path());
+  const auto rs = vesk_->GetRecordset("Select * From Users Order By ID");
+  rs->AddNew();
+  rs->Fields("UserName")->Value("Cleo");
+  const auto connection = vesk_->DataServer()->Connection();
+  connection->BeginTrans();
+  rs->Update();
+  EXPECT_EQ(rs->RecordCount(), 3);
+  connection->RollbackTrans();
+  EXPECT_EQ(outside("Select UserName From Users Order By ID"), (Texts{"Anna", "Bert"}));
+  EXPECT_EQ(rs->RecordCount(), 2);
+}
+
 TEST_F(UserDatabase, RowsWhoseDeletionThereWasRolledBackComeBack) {
   vesk_->OpenConnection(reg_.path());
   const auto rs = vesk_->GetRecordset("Select * From Users Order By ID");
