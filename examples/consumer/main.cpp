@@ -5,32 +5,21 @@
 
 #include <iostream>
 
-namespace {
-
-void printDocuments(kv::clsVesk& vesk) {
-  const auto documents = vesk.GetRecordset(
-      "Select DocumentNumber, DocumentTitle From Documents Order By DocumentTitle");
-  for (const auto& row : documents->rows())
-    std::cout << row.text("DocumentNumber") << '\t' << row.text("DocumentTitle") << '\n';
-}
-
-}  // namespace
-
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::cerr << "usage: consumer REGISTER\n";
     return 2;
   }
-  // Reading asks for no log-in. With one, kv::Session opens, logs in and closes by its scope.
-  const auto vesk = kv::clsVesk::create();
-  int status = 0;
   try {
-    vesk->OpenConnection(argv[1]);
-    printDocuments(*vesk);
+    // Open as long as it lives. Reading asks for no log-in.
+    const kv::Session vesk(argv[1]);
+    const auto documents = vesk->GetRecordset(
+        "Select DocumentNumber, DocumentTitle From Documents Order By DocumentTitle");
+    for (const auto& row : documents->rows())
+      std::cout << row.text("DocumentNumber") << '\t' << row.text("DocumentTitle") << '\n';
+    return 0;
   } catch (const kv::Error& e) {
     std::cerr << "error " << e.number() << ": " << e.description() << '\n';
-    status = 1;
+    return 1;
   }
-  vesk->CloseSession();
-  return status;
 }

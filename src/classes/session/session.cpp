@@ -18,6 +18,16 @@ Session::Session(const std::string& ConnectionString, const std::string& UserNam
   }
 }
 
+Session::Session(const std::string& ConnectionString, PasswordCost cost)
+    : vesk_(clsVesk::create(cost)) {
+  try {
+    vesk_->OpenConnection(ConnectionString);
+  } catch (...) {
+    close();
+    throw;
+  }
+}
+
 Session::~Session() { close(); }
 
 Session::Session(Session&& other) noexcept : vesk_(std::exchange(other.vesk_, {})) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Session: a root object whose register is open and whose user is logged in, as long as it lives.
+// Session: a root object whose register is open, and whose user is logged in, as long as it lives.
 #pragma once
 
 #include <string>
@@ -14,6 +14,9 @@ class Session {
   // raise is raised here, and nothing stays open then.
   Session(const std::string& ConnectionString, const std::string& UserName,
           const std::string& Password, PasswordCost cost = {});
+  // Opens it and logs nobody in, for programs that only read. Operations that ask for rights
+  // refuse.
+  explicit Session(const std::string& ConnectionString, PasswordCost cost = {});
   // Closes the session; record sets and objects of it that are still held are spent then.
   ~Session();
   Session(const Session&) = delete;

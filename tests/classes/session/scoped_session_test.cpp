@@ -71,6 +71,16 @@ TEST_F(ScopedSession, ARegisterThatIsNotThereIsSaid) {
   EXPECT_EQ(error->cause(), Cause::NoSuchPlace);
 }
 
+TEST_F(ScopedSession, CanReadWithoutALogIn) {
+  const auto before = handles();
+  {
+    const Session session(reg_.path());
+    EXPECT_EQ(session->GetRecordset("Select * From Users")->RecordCount(), 1);
+    EXPECT_FALSE(session->UserAccess(1));
+  }
+  EXPECT_EQ(handles(), before);
+}
+
 TEST_F(ScopedSession, CanBeClosedEarlyAndTwice) {
   Session session = open();
   session.close();
