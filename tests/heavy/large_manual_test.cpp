@@ -6,6 +6,7 @@
 //   scripts/with-postgres build/debug/tests/heavy_test
 // It says how long each operation took. What to expect is in docs/measures.md.
 #include "classes/relations/large_manual.h"
+#include "recordset/database.h"
 
 namespace kv {
 namespace {
