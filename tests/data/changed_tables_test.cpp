@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "data/operation.h"
-#include "jet/emitter.h"
+#include "jet/emit/schema.h"
 #include "schema/change_columns.h"
 #include "schema/create_register.h"
 #include "support/engine_answers.h"

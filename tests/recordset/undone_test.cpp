@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/open.h"
+#include "recordset/database.h"
 #include "schema/register_schema.h"
 #include "support/error_check.h"
 #include "support/faulty_engine.h"
