@@ -8,6 +8,7 @@
 
 #include "classes/session/vesk.h"
 #include "data/connection.h"
+#include "recordset/database.h"
 #include "support/temp_folder.h"
 #include "user/password.h"
 
