@@ -246,13 +246,27 @@ void PostgresConnection::sendDue() {
   (void)batch(due.size(), false);
 }
 
+// Not as a batch of one: libpq gives the first command of a batch its rows one by one when a
+// statement before it has asked for that.
+Result PostgresConnection::runWatchfully(const std::string& sql, const std::string& name,
+                                         const PostgresParams& params, bool writes) {
+  send(sql, name, params);
+  ++roundTrips_;
+  Result last;
+  while (Result next = nextAnswer()) last = std::move(next);
+  if (!last || isFailure(last.get())) failed(last.get(), writes);
+  return last;
+}
+
 Result PostgresConnection::run(const std::string& sql, const std::string& name,
                                const PostgresParams& params, bool writes) {
   requireOpen();
   guard();
   heldUpByItself_ = false;
   // Those who may have to be stopped are not waited for blindly.
-  if (due_.empty() && OpenTransactions::all().beside(this).empty()) {
+  if (due_.empty() && !OpenTransactions::all().beside(this).empty())
+    return runWatchfully(sql, name, params, writes);
+  if (due_.empty()) {
     const auto values = params.pointers();
     const int count = static_cast<int>(values.size());
     ++roundTrips_;

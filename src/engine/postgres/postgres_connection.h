@@ -94,6 +94,8 @@ class PostgresConnection {
   // The next answer to what was sent. Nobody waits for a lock that another connection of the same
   // thread holds: it could not give it up before the wait is over.
   Result nextAnswer();
+  [[nodiscard]] Result runWatchfully(const std::string& sql, const std::string& name,
+                                     const PostgresParams& params, bool writes);
   // Whether a connection to the server waits for what the transaction here has locked.
   [[nodiscard]] bool holdsUp(int backend) noexcept;
 

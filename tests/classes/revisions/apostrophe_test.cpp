@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "classes/revisions/approval_session.h"
-#include "cli/import/importer.h"
+#include "desk/register/import/importer.h"
 #include "support/distribution_session.h"
 
 namespace kv {
@@ -60,7 +60,7 @@ class Apostrophe : public test::SessionTest {
         {"keywords", "field,keyword\n"}};
     const test::TempFolder folder;
     for (const auto& [name, text] : files) test::write(folder.file(name + ".csv"), text);
-    cli::Importer importer(reg_.connection(), at(2001, 2, 1), "User1", {});
+    desk::Importer importer(reg_.connection(), at(2001, 2, 1), "User1", {});
     const auto report = importer.run(folder.path().string());
     EXPECT_EQ(report.problems.size(), 0U)
         << (report.problems.empty() ? "" : report.problems.front().reason);

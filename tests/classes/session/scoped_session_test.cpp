@@ -15,7 +15,12 @@ namespace {
 
 class ScopedSession : public testing::Test {
  protected:
-  ScopedSession() { reg_.addUser(1, "Anna", "secret", true); }
+  // The one connection of the test itself is closed: as long as a file is open twice in a process,
+  // SQLite keeps the handle of the one that is closed first.
+  ScopedSession() {
+    reg_.addUser(1, "Anna", "secret", true);
+    reg_.connection()->Close();
+  }
   [[nodiscard]] Session open(const std::string& password = "secret") const {
     return {reg_.path(), "Anna", password, test::kCheapPasswords};
   }
