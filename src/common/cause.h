@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "common/export.h"
+
 namespace kv {
 
 enum class Cause : std::uint8_t {
@@ -42,6 +44,6 @@ enum class Cause : std::uint8_t {
 };
 
 // The sentence by which an engine's failure begins; empty where each place has one of its own.
-[[nodiscard]] std::string_view sentenceOf(Cause cause) noexcept;
+[[nodiscard]] KVVESK_API std::string_view sentenceOf(Cause cause) noexcept;
 
 }  // namespace kv

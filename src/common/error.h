@@ -88,9 +88,9 @@ class KVVESK_API Error : public std::exception {
 
 // Raises an engine's failure, -2147467259: the cause's own sentence and, when given, the engine's
 // words behind it.
-[[noreturn]] void raise(Cause cause, std::string_view native = {});
+[[noreturn]] KVVESK_API void raise(Cause cause, std::string_view native = {});
 // The same with a sentence that says more than the cause's own.
-[[noreturn]] void raise(Cause cause, std::string sentence, std::string_view native);
+[[noreturn]] KVVESK_API void raise(Cause cause, std::string sentence, std::string_view native);
 
 // The well-known text of a host or record-set number; empty for numbers without one.
 [[nodiscard]] KVVESK_API std::string_view wellKnownText(std::int32_t number) noexcept;

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/export.h"
 #include "common/variant.h"
 
 namespace kv {
@@ -27,7 +28,7 @@ class Rows;
 
 // The row that the range stands at. Columns are named without regard to case; an unknown one raises
 // 3265. Whatever a field may raise when it is read is raised here, too.
-class Row {
+class KVVESK_API Row {
  public:
   // The value as text, "" for Null; dates and numbers as joining them to a text gives. Valid until
   // the range moves, the row is edited or this column is read again.
@@ -49,7 +50,7 @@ class Row {
   Rows* rows_;
 };
 
-class Rows {
+class KVVESK_API Rows {
  public:
   // Holds the set as long as it lives.
   explicit Rows(std::shared_ptr<Recordset> set) noexcept : set_(std::move(set)), row_(*this) {}

@@ -5,10 +5,11 @@
 #include <string>
 
 #include "classes/session/vesk.h"
+#include "common/export.h"
 
 namespace kv {
 
-class Session {
+class KVVESK_API Session {
  public:
   // Opens the register that the connection string names and logs in. What OpenConnection and Login
   // raise is raised here, and nothing stays open then.

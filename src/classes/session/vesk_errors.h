@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/error.h"
+#include "common/export.h"
 #include "common/library_error.h"
 
 namespace kv {
@@ -44,7 +45,7 @@ inline constexpr std::string_view kUserDatabaseRefused =
 
 // A register was opened, but not its database of users and actions: the session is open all the
 // same.
-class UserDatabaseError : public Error {
+class KVVESK_API UserDatabaseError : public Error {
  public:
   explicit UserDatabaseError(const Error& e)
       : Error(e.number(), e.source(), std::string(kUserDatabaseFailed) + e.description(), e.where(),
