@@ -430,7 +430,9 @@ TEST_F(QueryKinds, ASavingThatFailsHalfWayLeavesTheSetAsItWas) {
   clsManualQuery ofManuals;
   const std::pair<const char*, clsQuery*> kinds[] = {{"DocumentQuerys", &ofDocuments},
                                                      {"ManualQuerys", &ofManuals}};
-  for (const auto& [table, query] : kinds) {
+  for (const auto& kind : kinds) {
+    const char* const table = kind.first;
+    clsQuery* const query = kind.second;
     SCOPED_TRACE(table);
     query->LoadQuery(record(table));
     query->SetQueryValue("Field1", "half");
