@@ -66,8 +66,8 @@ class RecordsetObject final : public ComObject<Recordset, _kvRecordset> {
   HRESULT STDMETHODCALLTYPE put_AbsolutePosition(LONG value) override {
     return call(as<void(std::int32_t)>(&Class::AbsolutePosition), value);
   }
-  HRESULT STDMETHODCALLTYPE AddNew() override { return call(&Class::AddNew); }
-  HRESULT STDMETHODCALLTYPE Update() override { return call(&Class::Update); }
+  HRESULT STDMETHODCALLTYPE AddNew() override { return call(as<void()>(&Class::AddNew)); }
+  HRESULT STDMETHODCALLTYPE Update() override { return call(as<void()>(&Class::Update)); }
   HRESULT STDMETHODCALLTYPE CancelUpdate() override { return call(&Class::CancelUpdate); }
   HRESULT STDMETHODCALLTYPE Delete() override { return call(&Class::Delete); }
   HRESULT STDMETHODCALLTYPE Requery() override { return call(&Class::Requery); }

@@ -44,11 +44,6 @@ namespace kv::jet {
 // INSERT of several rows that are given numbers by their table.
 [[nodiscard]] std::string emitInsertRows(const TableInfo& table, std::span<const int> columns,
                                          std::size_t rows, const Dialect& dialect);
-// How many rows of so many columns one INSERT takes well.
-[[nodiscard]] std::size_t rowsTogether(std::size_t columns, const Dialect& dialect);
-// INSERT of several rows that are given numbers by their table.
-[[nodiscard]] std::string emitInsertRows(const TableInfo& table, std::span<const int> columns,
-                                         std::size_t rows, const Dialect& dialect);
 // INSERT of several rows, each given as its key and then the columns.
 [[nodiscard]] std::string emitInsertWithKeys(const TableInfo& table, std::span<const int> columns,
                                              std::size_t rows, const Dialect& dialect);
