@@ -120,9 +120,16 @@ Rows::Column& Rows::column(std::string_view name) {
     if (columns_[last_].name == name) return columns_[last_];
   }
   const auto field = set_->Fields(name);
+  // A column has one place here, whatever it was called before, and places do not move: texts that
+  // were handed out stay where they are.
+  columns_.reserve(static_cast<std::size_t>(set_->Fields().Count()));
+  for (last_ = 0; last_ < columns_.size(); ++last_)
+    if (columns_[last_].field.get() == field.get()) {
+      columns_[last_].name = name;
+      return columns_[last_];
+    }
   const bool isText = fits<std::string>(field->Type());
   columns_.push_back({std::string(name), field.shared(), isText, {}});
-  last_ = columns_.size() - 1;
   return columns_.back();
 }
 

@@ -107,6 +107,9 @@ TEST_F(RowRange, TextsOfSeveralColumnsStandSideBySide) {
   const auto at = range.begin();
   const auto revision = at->text("CurrentRevID");
   const auto date = at->text("EffectiveDate");
+  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) (void)at->text(rs->Fields(i)->Name());
+  for (const char* spelling : {"controlled", "CONTROLLED", "Controlled"})
+    EXPECT_EQ(at->text(spelling), "True");
   EXPECT_EQ(revision, "12");
   EXPECT_EQ(date, "2/29/2024");
   rs->Fields("DocumentTitle")->Value("Edited");
