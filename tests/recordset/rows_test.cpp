@@ -107,7 +107,10 @@ TEST_F(RowRange, TextsOfSeveralColumnsStandSideBySide) {
   const auto at = range.begin();
   const auto revision = at->text("CurrentRevID");
   const auto date = at->text("EffectiveDate");
-  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) (void)at->text(rs->Fields(i)->Name());
+  for (std::int32_t i = 0; i < rs->Fields().Count(); ++i) {
+    const std::string& name = rs->Fields(i)->Name();
+    if (name != "CurrentRevID" && name != "EffectiveDate") (void)at->text(name);
+  }
   for (const char* spelling : {"controlled", "CONTROLLED", "Controlled"})
     EXPECT_EQ(at->text(spelling), "True");
   EXPECT_EQ(revision, "12");
