@@ -21,7 +21,7 @@ class Program : public CommandLine {
     command().footer(
         "The register's answers go to standard output, everything else to standard error.\n"
         "Exit status: 0 done, 1 the register said no, 2 the command line makes no sense.");
-    Command* whole = nullptr;  // the verb whose parts follow
+    Command* whole = &command();  // the verb whose parts follow
     for (const auto& verb : verbs()) {
       const auto space = verb.name.find(' ');
       const bool isPart = space != std::string_view::npos;
