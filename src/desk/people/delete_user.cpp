@@ -22,10 +22,10 @@ DeletedUser deleteUser(const Session& session, const std::string& user) {
                        ->Fields(0)
                        ->Value());
   };
-  const DeletedUser deleted{.userId = id,
-                            .copies = rows("Personals"),
-                            .owned = rows("Owners"),
-                            .approvalLists = rows("Routing")};
+  DeletedUser deleted{.userId = id,
+                      .copies = rows("Personals"),
+                      .owned = rows("Owners"),
+                      .approvalLists = rows("Routing")};
   requireAdministratorFor(session, id, "only administrators may delete an administrator");
   const bool before = isAdministrator(session, id);
   if (!session->User()->DeleteUser(doubledQuotes(id)))
